@@ -1,0 +1,329 @@
+/*
+ * zvpvc: block-level primitives of video coding.
+ *
+ * Each function works on memory of the caller's, checks its arguments in the order that its text gives, and returns a
+ * status. There is no state but in records that the caller holds, no thread, no lock, no message: calls on disjoint
+ * data may run at once.
+ *
+ * What holds for all functions, unless a text says otherwise:
+ *   - Blocks are row-major. A step is the distance from one row to the next in bytes, also for 16-bit data; it may be
+ *     odd, larger than the row and, where no check refuses it, negative.
+ *   - No pointer needs to be aligned. No byte outside those that "Reads" and "Writes" name is touched, so a block may
+ *     stand at the very end of mapped memory.
+ *   - When a check refuses a call, nothing has been written.
+ *   - 16-bit results keep their low 16 bits; where they saturate, the text says so.
+ */
+#ifndef ZVPVC_H
+#define ZVPVC_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#if defined(__GNUC__)
+#define ZVP_API __attribute__((visibility("default")))
+#else
+#define ZVP_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/**
+ * @defgroup frame Library frame
+ * Status codes, shared records, the version query.
+ * @{
+ */
+
+/** Result of a call: zero is success, negative an error, positive a warning with the work done. */
+typedef int32_t zvpStatus;
+
+/** The values of zvpStatus. */
+enum {
+  zvpStatusOk = 0,                      /**< The operation was carried out. */
+  zvpStatusWarnPredictionFallback = 11, /**< Done, but a 4x4 intra prediction used 128 for a missing neighbour. */
+  zvpStatusWarnOddSize = 35,            /**< Done, but the last odd column or row had no part in a 2:1 operation. */
+  zvpStatusFail = -1,                   /**< An inner decoding step failed with no finer meaning. */
+  zvpStatusError = -2,                  /**< The operation is not possible or not provided. */
+  zvpStatusBadArgument = -5,            /**< A selector, a mode or a bit offset is not one of its legal values. */
+  zvpStatusBadSize = -6,                /**< A region or count is empty, negative or not a legal block size. */
+  zvpStatusNullPointer = -8,            /**< A required pointer, or the pointer that it points to, is null. */
+  zvpStatusNoMemory = -9,               /**< An allocation failed or its size came out as zero. */
+  zvpStatusDivideByZero = -10,          /**< A quantizer that the operation divides by is zero. */
+  zvpStatusOutOfRange = -11,            /**< A quantizer, an index or another number is outside its legal range. */
+  zvpStatusValueTooLarge = -13,         /**< A result exceeds what the format carries; those before it stay. */
+  zvpStatusBadStep = -14,               /**< A row distance is below its minimum. */
+  zvpStatusBadContext = -17,            /**< A record does not carry the identification of an initialized one. */
+  zvpStatusBadInterpolation = -22,      /**< The mode of a camera resize is not 1 or 2. */
+  zvpStatusBadScaleFactor = -23,        /**< The factor of a camera resize is not 2, 4 or 8. */
+  zvpStatusBadMaskSize = -33,           /**< A filter mask selector is not one of the known sizes. */
+  zvpStatusBadVlcInput = -74,           /**< The stream holds a pattern without a code, or a run leaves the block. */
+  zvpStatusPredictionUnavailable = -117, /**< An intra mode needs a neighbour that is marked as missing. */
+  zvpStatusBadVlcCode = -191,           /**< Illegal code in H.261, H.263 or MPEG-4 coefficient syntax. */
+  zvpStatusBadQuantizer = -192,         /**< A quantizer is outside the standard's range. */
+  zvpStatusBadBitOffset = -193          /**< The bit offset of a byte cursor is outside 0 to 7. */
+};
+
+/** Width and height in samples. Passed by value. */
+typedef struct zvpSize {
+  int32_t width;
+  int32_t height;
+} zvpSize;
+
+/** A position, or a vector. Passed by value. */
+typedef struct zvpPoint {
+  int32_t x;
+  int32_t y;
+} zvpPoint;
+
+/** A rectangle by its top left corner. Passed by value. */
+typedef struct zvpRect {
+  int32_t x;
+  int32_t y;
+  int32_t width;
+  int32_t height;
+} zvpRect;
+
+/** What zvpvcGetLibVersion() tells. */
+typedef struct zvpVersionRecord {
+  int32_t major;         /**< Major version, 6. */
+  int32_t minor;         /**< Minor version, 1. */
+  int32_t majorBuild;    /**< 137. */
+  int32_t build;         /**< 799. Not the number behind the build in Version; both stand as they are. */
+  char targetCpu[4];     /**< "mx" and two zero bytes: the one generic code path. */
+  const char *Name;      /**< "libzvpvcmx.so.6.1". */
+  const char *Version;   /**< "6.1 build 137.56". */
+  const char *BuildDate; /**< "Mar 17 2010". */
+} zvpVersionRecord;
+
+/**
+ * Version of the library.
+ *
+ * @return the library's constant record, the same address on each call. The caller neither changes nor frees it.
+ */
+ZVP_API const zvpVersionRecord *zvpvcGetLibVersion(void);
+
+/** @} */
+
+/**
+ * @defgroup measures_sad_and_ssd_with_half_pel_selection Measures: SAD and SSD with half-pel selection
+ * @{
+ */
+
+/** @} */ /* measures_sad_and_ssd_with_half_pel_selection */
+
+/**
+ * @defgroup measures_differences_block_statistics_and_edge_test Measures: differences, block statistics and edge test
+ * @{
+ */
+
+/** @} */ /* measures_differences_block_statistics_and_edge_test */
+
+/**
+ * @defgroup mc_mc_blocks Motion compensation: MC blocks
+ * @{
+ */
+
+/** @} */ /* mc_mc_blocks */
+
+/**
+ * @defgroup mc_getdiff_blocks Motion compensation: GetDiff blocks
+ * @{
+ */
+
+/** @} */ /* mc_getdiff_blocks */
+
+/**
+ * @defgroup mc_copy_average_and_add_blocks Motion compensation: copy, average and add blocks
+ * @{
+ */
+
+/** @} */ /* mc_copy_average_and_add_blocks */
+
+/**
+ * @defgroup mpeg_huffman_tables_and_readers MPEG-1/2: Huffman tables and readers
+ * @{
+ */
+
+/** @} */ /* mpeg_huffman_tables_and_readers */
+
+/**
+ * @defgroup mpeg_dct_block_reconstruction MPEG-1/2: DCT block reconstruction
+ * @{
+ */
+
+/** @} */ /* mpeg_dct_block_reconstruction */
+
+/**
+ * @defgroup mpeg_mpeg_2_quantization_and_scans MPEG-1/2: MPEG-2 quantization and scans
+ * @{
+ */
+
+/** @} */ /* mpeg_mpeg_2_quantization_and_scans */
+
+/**
+ * @defgroup h264_cavlc_and_exp_golomb_decoding H.264: CAVLC and Exp-Golomb decoding
+ * @{
+ */
+
+/** @} */ /* h264_cavlc_and_exp_golomb_decoding */
+
+/**
+ * @defgroup h264_luma_and_chroma_interpolation H.264: luma and chroma interpolation
+ * @{
+ */
+
+/** @} */ /* h264_luma_and_chroma_interpolation */
+
+/**
+ * @defgroup h264_interpolation_across_picture_edges H.264: interpolation across picture edges
+ * @{
+ */
+
+/** @} */ /* h264_interpolation_across_picture_edges */
+
+/**
+ * @defgroup h264_weighted_prediction H.264: weighted prediction
+ * @{
+ */
+
+/** @} */ /* h264_weighted_prediction */
+
+/**
+ * @defgroup h264_intra_prediction H.264: intra prediction
+ * @{
+ */
+
+/** @} */ /* h264_intra_prediction */
+
+/**
+ * @defgroup h264_macroblock_reconstruction_8_bit H.264: macroblock reconstruction, 8-bit
+ * @{
+ */
+
+/** @} */ /* h264_macroblock_reconstruction_8_bit */
+
+/**
+ * @defgroup h264_deblocking H.264: deblocking
+ * @{
+ */
+
+/** @} */ /* h264_deblocking */
+
+/**
+ * @defgroup h264_4x4_transform_and_quantization H.264: 4x4 transform and quantization
+ * @{
+ */
+
+/** @} */ /* h264_4x4_transform_and_quantization */
+
+/**
+ * @defgroup h263_h_263_coefficient_coding H.263 coefficient coding
+ * @{
+ */
+
+/** @} */ /* h263_h_263_coefficient_coding */
+
+/**
+ * @defgroup mpeg4_mpeg_4_coefficient_coding_with_reversible_vlc MPEG-4 coefficient coding with reversible VLC
+ * @{
+ */
+
+/** @} */ /* mpeg4_mpeg_4_coefficient_coding_with_reversible_vlc */
+
+/**
+ * @defgroup mpeg4_mpeg_4_quantization_contexts MPEG-4 quantization contexts
+ * @{
+ */
+
+/** @} */ /* mpeg4_mpeg_4_quantization_contexts */
+
+/**
+ * @defgroup mpeg4_sprite_warping_and_global_motion MPEG-4: sprite warping and global motion
+ * @{
+ */
+
+/** @} */ /* mpeg4_sprite_warping_and_global_motion */
+
+/**
+ * @defgroup vc1_vc_1_transforms VC-1 transforms
+ * @{
+ */
+
+/** @} */ /* vc1_vc_1_transforms */
+
+/**
+ * @defgroup vc1_vc_1_quantization VC-1 quantization
+ * @{
+ */
+
+/** @} */ /* vc1_vc_1_quantization */
+
+/**
+ * @defgroup vc1_vc_1_interpolation VC-1 interpolation
+ * @{
+ */
+
+/** @} */ /* vc1_vc_1_interpolation */
+
+/**
+ * @defgroup vc1_vc_1_deblocking VC-1 deblocking
+ * @{
+ */
+
+/** @} */ /* vc1_vc_1_deblocking */
+
+/**
+ * @defgroup vc1_vc_1_overlap_smoothing_range_mapping_and_hadamard_sums VC-1 overlap smoothing, range mapping and Hadamard sums
+ * @{
+ */
+
+/** @} */ /* vc1_vc_1_overlap_smoothing_range_mapping_and_hadamard_sums */
+
+/**
+ * @defgroup avs_avs_block_entropy_decoding AVS block entropy decoding
+ * @{
+ */
+
+/** @} */ /* avs_avs_block_entropy_decoding */
+
+/**
+ * @defgroup dv_dv_segment_huffman_decoding DV segment Huffman decoding
+ * @{
+ */
+
+/** @} */ /* dv_dv_segment_huffman_decoding */
+
+/**
+ * @defgroup dv_dv_dequantization_and_inverse_dct_helpers DV dequantization and inverse DCT helpers
+ * @{
+ */
+
+/** @} */ /* dv_dv_dequantization_and_inverse_dct_helpers */
+
+/**
+ * @defgroup dv_dv_store_to_packed_4_2_2 DV store to packed 4:2:2
+ * @{
+ */
+
+/** @} */ /* dv_dv_store_to_packed_4_2_2 */
+
+/**
+ * @defgroup filters_deinterlacing Filters: deinterlacing
+ * @{
+ */
+
+/** @} */ /* filters_deinterlacing */
+
+/**
+ * @defgroup filters_cast_spatio_temporal_denoise Filters: CAST spatio-temporal denoise
+ * @{
+ */
+
+/** @} */ /* filters_cast_spatio_temporal_denoise */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ZVPVC_H */
