@@ -28,6 +28,9 @@ function(zvp_add_objects name)
                                      PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_link_libraries(${name} PRIVATE zvp_flags)
   target_compile_options(${name} PRIVATE -fno-exceptions -fno-rtti -fno-stack-protector -Wpedantic ${ARGN})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)  # No two exports may share an address, equal bodies or not.
+    target_compile_options(${name} PRIVATE -fno-ipa-icf)
+  endif()
   set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 

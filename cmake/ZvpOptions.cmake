@@ -7,12 +7,15 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release CACHE STRING "Debug or Release" FORCE)
 endif()
-set(CMAKE_CXX_FLAGS_RELEASE "-O2")
+if(CMAKE_CXX_FLAGS_RELEASE STREQUAL "-O3 -DNDEBUG")  # CMake's own default; whatever a user chose stays
+  set(CMAKE_CXX_FLAGS_RELEASE "-O2")
+endif()
 
 set(ZVP_LEVEL "" CACHE STRING "Instruction-set level: empty for x86-64, or x86-64-v3")
 option(ZVP_SIMD_PLAIN "Build the SIMD layer as plain loops, for comparison" OFF)
 set(ZVP_SANITIZE "" CACHE STRING "Sanitizers, for instance address,undefined")
 option(ZVP_WERROR "Turn warnings into errors" OFF)
+option(ZVP_FUZZ "Build the fuzz targets with libFuzzer (needs clang)" OFF)
 option(ZVP_INSTALL_HWCAPS "Also build and install the library for x86-64-v3 below glibc-hwcaps" OFF)
 
 # What every target of the tree is compiled with.
@@ -31,6 +34,10 @@ if(ZVP_SANITIZE)
   target_compile_options(zvp_flags INTERFACE -fsanitize=${ZVP_SANITIZE} -fno-sanitize-recover=all -g
                                              -fno-omit-frame-pointer)
   target_link_options(zvp_flags INTERFACE -fsanitize=${ZVP_SANITIZE})
+endif()
+
+if(ZVP_FUZZ)  # coverage feedback from the library; the fuzz targets themselves link libFuzzer
+  target_compile_options(zvp_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # Tests and tools do arithmetic of all kinds on purpose; the conversion warnings are for the library.

@@ -16,17 +16,20 @@ struct WordCursor {
   const u32* word;
   s32 offset;
 
+  // The word i words ahead. The caller's pointer may stand at any address.
+  ZVP_INLINE u32 wordAt(std::ptrdiff_t i) const { return loadAs<u32>(reinterpret_cast<const u8*>(word) + 4 * i); }
+
   // The next n bits, 1 <= n <= 32, right-aligned. Moves the cursor.
   ZVP_INLINE u32 read(s32 n) {
     const s32 left = offset - n;
     if (left >= 0) {
       offset = left;
-      return (*word >> (left + 1)) & bit_mask[std::size_t(n)];
+      return (wordAt(0) >> (left + 1)) & bit_mask[std::size_t(n)];
     }
-    u32 value = *word << ((-left - 1) & 31);
+    u32 value = wordAt(0) << ((-left - 1) & 31);
     ++word;
     offset = left + 32;
-    if (left < -1) value |= *word >> (offset & 31) >> 1;
+    if (left < -1) value |= wordAt(0) >> (offset & 31) >> 1;
     return value & bit_mask[std::size_t(n)];
   }
 
@@ -57,11 +60,12 @@ struct WordCursor {
   // Counts zero bits up to the next 1 and passes over both. Words that the code does not reach are not loaded.
   ZVP_INLINE u32 readZeroRun() {
     u32 zeros = 0;
-    u32 rest = *word << ((31 - offset) & 31);
+    u32 rest = wordAt(0) << ((31 - offset) & 31);
     while (rest == 0) {
       zeros += u32(offset) + 1;
       offset = 31;
-      rest = *++word;
+      ++word;
+      rest = wordAt(0);
     }
     const s32 run = std::countl_zero(rest);
     skip(run + 1);

@@ -123,10 +123,8 @@ template <int Bytes, class T, int N> ZVP_INLINE void storeBytes(void* p, Vec<T, 
   else if constexpr (Bytes == 2) storeAs(p, u16(_mm_cvtsi128_si32(v.v)));
   else storeAs(p, u8(_mm_cvtsi128_si32(v.v)));
 }
-// The high eight bytes of a 16-byte register.
-template <class T, int N> ZVP_INLINE void storeHigh8(void* p, Vec<T, N> v) {
-  _mm_storeh_pd(static_cast<double*>(p), _mm_castsi128_pd(v.v));
-}
+// The high eight bytes of a 16-byte register. _mm_storeh_pd would be a store through an aligned double*.
+template <class T, int N> ZVP_INLINE void storeHigh8(void* p, Vec<T, N> v) { storeAs<s64>(p, v.v[1]); }
 // One value in all lanes.
 template <class V> ZVP_INLINE V splat(typename Lanes<V>::Type value) {
   constexpr int size = sizeof(typename Lanes<V>::Type);

@@ -3,18 +3,20 @@
 #include <benchmark/benchmark.h>
 
 namespace bench {
+namespace {
+bool anyDifferent = false;
+}
 
-void addRow(const char* name, const std::string& caseName, Call call, Check check) {
+void addRow(const char* name, const std::string& caseName, Turn turn, Check check) {
   const std::string row = std::string(name) + "/" + caseName;
-  benchmark::RegisterBenchmark(row.c_str(), [call, check](benchmark::State& state) {
+  benchmark::RegisterBenchmark(row.c_str(), [turn, check](benchmark::State& state) {
     if (check && !check()) {
+      anyDifferent = true;
       state.SkipWithError("differs from the model");
       return;
     }
-    constexpr int batch = 32;  // one turn through the places of a scene
-    for (auto _ : state)
-      for (int i = 0; i < batch; ++i) call(i);
-    state.SetItemsProcessed(state.iterations() * batch);
+    for (auto _ : state) turn();
+    state.SetItemsProcessed(state.iterations() * callsPerTurn);
   });
 }
 
@@ -33,6 +35,7 @@ Scene::Scene(std::uint64_t seed) {
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  return bench::anyDifferent ? 1 : 0;
 }

@@ -1,5 +1,7 @@
 // Buffers of exactly the size that a contract promises, against an inaccessible page behind or before them. An access
-// of one byte too many ends in a page fault, which no comparison of results could show.
+// of one byte too many ends in a page fault, which no comparison of results could show. At the other end, where the
+// page has room to spare, AddressSanitizer watches when it is there, and the room is looked through for writes when the
+// buffer goes.
 #pragma once
 
 #include <cstddef>
@@ -38,11 +40,15 @@ class GuardedBytes {
     std::swap(mapSize_, other.mapSize_);
     std::swap(data_, other.data_);
     std::swap(size_, other.size_);
+    std::swap(slack_, other.slack_);
+    std::swap(slackSize_, other.slackSize_);
   }
   std::uint8_t* map_ = nullptr;
   std::size_t mapSize_ = 0;
   std::uint8_t* data_ = nullptr;
   std::size_t size_ = 0;
+  std::uint8_t* slack_ = nullptr;
+  std::size_t slackSize_ = 0;
 };
 
 // An array of T. With Guard::Behind and an odd extra the start is as unaligned as the size makes it.
