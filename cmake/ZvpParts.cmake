@@ -42,7 +42,7 @@ endfunction()
 zvp_part(TESTS AUTO "tests" GTest Threads)
 zvp_part(BENCH AUTO "benchmarks" benchmark)
 zvp_part(EXAMPLES AUTO "examples and the zvp tool" pkg:libavformat pkg:libavcodec pkg:libavutil PNG CLI11)
-zvp_part(DOCS OFF "documentation" Doxygen)
+zvp_part(DOCS AUTO "documentation" Doxygen)
 
 # Imported targets belong to the directory that looked for them: once more, here.
 if(ZVP_TESTS)

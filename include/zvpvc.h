@@ -66,22 +66,22 @@ enum {
 
 /** Width and height in samples. Passed by value. */
 typedef struct zvpSize {
-  int32_t width;
-  int32_t height;
+  int32_t width;  /**< Columns. */
+  int32_t height; /**< Rows. */
 } zvpSize;
 
 /** A position, or a vector. Passed by value. */
 typedef struct zvpPoint {
-  int32_t x;
-  int32_t y;
+  int32_t x; /**< To the right. */
+  int32_t y; /**< Downward. */
 } zvpPoint;
 
 /** A rectangle by its top left corner. Passed by value. */
 typedef struct zvpRect {
-  int32_t x;
-  int32_t y;
-  int32_t width;
-  int32_t height;
+  int32_t x;      /**< Its left column. */
+  int32_t y;      /**< Its top row. */
+  int32_t width;  /**< Columns. */
+  int32_t height; /**< Rows. */
 } zvpRect;
 
 /** What zvpvcGetLibVersion() tells. */
