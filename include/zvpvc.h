@@ -135,364 +135,124 @@ ZVP_API const zvpVersionRecord *zvpvcGetLibVersion(void);
 
 /**
  * @defgroup mc_copy_average_and_add_blocks Motion compensation: copy, average and add blocks
- * Motion compensation of MPEG-style decoders in its plain forms: a block of bytes copied from a half-pel position of a
- * reference, averaged into a prediction that is there already, or given a residual (ISO/IEC 13818-2 7.6.4 and 7.6.7,
- * ISO/IEC 14496-2 7.6.2.1).
- *
- * The prediction p of a sample is made of the reference sample a at its place, the right neighbour b, c below a, and d
- * below b. acc and rounding select it; only the low two bits of acc and the low bit of rounding count:
- *
- *     acc  position       rounding 0                  rounding 1
- *     0    whole          a                           a
- *     1    half in x      (a + b + 1) >> 1            (a + b) >> 1
- *     2    half in y      (a + c + 1) >> 1            (a + c) >> 1
- *     3    half in both   (a + b + c + d + 2) >> 2    (a + b + c + d + 1) >> 2
- *
- * Of the reference of a block W wide and H high a call reads H rows of W bytes; with half in x each row is one byte
- * longer, with half in y there is one row more. It reads and writes nothing else, so a block may end where mapped
- * memory ends. Steps may have any value, negative too; no pointer needs to be aligned, 16-bit data included. A null
- * pointer is the only thing that is refused. Source and destination must not overlap, unless they are named one block.
  * @{
  */
-
-/**
- * Copy of an 8x8 block of bytes.
- *
- * @param[in]  pSrc     top left sample of the source
- * @param[in]  srcStep  distance from one row of pSrc to the next, in bytes
- * @param[out] pDst     top left sample of the destination
- * @param[in]  dstStep  distance from one row of pDst to the next, in bytes
- *
- * Reads:  8 rows of 8 bytes of pSrc.
- * Writes: 8 rows of 8 bytes of pDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
- * @retval zvpStatusOk           the block is copied.
- */
-ZVP_API zvpStatus zvpiCopy8x8_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep);
-
-/**
- * Copy of a 16x16 block of bytes.
- *
- * @param[in]  pSrc     top left sample of the source
- * @param[in]  srcStep  distance from one row of pSrc to the next, in bytes
- * @param[out] pDst     top left sample of the destination
- * @param[in]  dstStep  distance from one row of pDst to the next, in bytes
- *
- * Reads:  16 rows of 16 bytes of pSrc.
- * Writes: 16 rows of 16 bytes of pDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
- * @retval zvpStatusOk           the block is copied.
- */
-ZVP_API zvpStatus zvpiCopy16x16_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep);
-
-/**
- * Copy of an 8x4 block of bytes from a half-pel position: dst = p.
- *
- * @param[in]  pSrc      top left sample of the reference at its whole-pel position
- * @param[in]  srcStep   distance from one row of pSrc to the next, in bytes
- * @param[out] pDst      top left sample of the destination
- * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
- * @param[in]  acc       position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits are
- *                       ignored
- * @param[in]  rounding  0 rounds half-pel means up, 1 down; other bits are ignored
- *
- * Reads:  4 rows of 8 bytes of pSrc; one byte a row more for half in x, one row more for half in y.
- * Writes: 4 rows of 8 bytes of pDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
- * @retval zvpStatusOk           the block is predicted.
- */
-ZVP_API zvpStatus zvpiCopy8x4HP_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
-                                       int32_t acc, int32_t rounding);
-
-/**
- * Copy of an 8x8 block of bytes from a half-pel position: dst = p.
- *
- * @param[in]  pSrc      top left sample of the reference at its whole-pel position
- * @param[in]  srcStep   distance from one row of pSrc to the next, in bytes
- * @param[out] pDst      top left sample of the destination
- * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
- * @param[in]  acc       position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits are
- *                       ignored
- * @param[in]  rounding  0 rounds half-pel means up, 1 down; other bits are ignored
- *
- * Reads:  8 rows of 8 bytes of pSrc; one byte a row more for half in x, one row more for half in y.
- * Writes: 8 rows of 8 bytes of pDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
- * @retval zvpStatusOk           the block is predicted.
- */
-ZVP_API zvpStatus zvpiCopy8x8HP_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
-                                       int32_t acc, int32_t rounding);
-
-/**
- * Copy of a 16x8 block of bytes from a half-pel position: dst = p.
- *
- * @param[in]  pSrc      top left sample of the reference at its whole-pel position
- * @param[in]  srcStep   distance from one row of pSrc to the next, in bytes
- * @param[out] pDst      top left sample of the destination
- * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
- * @param[in]  acc       position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits are
- *                       ignored
- * @param[in]  rounding  0 rounds half-pel means up, 1 down; other bits are ignored
- *
- * Reads:  8 rows of 16 bytes of pSrc; one byte a row more for half in x, one row more for half in y.
- * Writes: 8 rows of 16 bytes of pDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
- * @retval zvpStatusOk           the block is predicted.
- */
-ZVP_API zvpStatus zvpiCopy16x8HP_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
-                                        int32_t acc, int32_t rounding);
-
-/**
- * Copy of a 16x16 block of bytes from a half-pel position: dst = p.
- *
- * @param[in]  pSrc      top left sample of the reference at its whole-pel position
- * @param[in]  srcStep   distance from one row of pSrc to the next, in bytes
- * @param[out] pDst      top left sample of the destination
- * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
- * @param[in]  acc       position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits are
- *                       ignored
- * @param[in]  rounding  0 rounds half-pel means up, 1 down; other bits are ignored
- *
- * Reads:  16 rows of 16 bytes of pSrc; one byte a row more for half in x, one row more for half in y.
- * Writes: 16 rows of 16 bytes of pDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
- * @retval zvpStatusOk           the block is predicted.
- */
-ZVP_API zvpStatus zvpiCopy16x16HP_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
-                                         int32_t acc, int32_t rounding);
-
-/**
- * Average of two 8x8 blocks of bytes: dst = (src1 + src2 + 1) >> 1.
- *
- * @param[in]  pSrc1     top left sample of the first block
- * @param[in]  src1Step  distance from one row of pSrc1 to the next, in bytes
- * @param[in]  pSrc2     top left sample of the second block
- * @param[in]  src2Step  distance from one row of pSrc2 to the next, in bytes
- * @param[out] pDst      top left sample of the destination
- * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
- *
- * Reads:  8 rows of 8 bytes of each of pSrc1 and pSrc2.
- * Writes: 8 rows of 8 bytes of pDst.
- *
- * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pDst is null; nothing is written.
- * @retval zvpStatusOk           the average is written.
- */
-ZVP_API zvpStatus zvpiAverage8x8_8u_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
-                                        uint8_t *pDst, int32_t dstStep);
-
-/**
- * Average of two 16x16 blocks of bytes: dst = (src1 + src2 + 1) >> 1.
- *
- * @param[in]  pSrc1     top left sample of the first block
- * @param[in]  src1Step  distance from one row of pSrc1 to the next, in bytes
- * @param[in]  pSrc2     top left sample of the second block
- * @param[in]  src2Step  distance from one row of pSrc2 to the next, in bytes
- * @param[out] pDst      top left sample of the destination
- * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
- *
- * Reads:  16 rows of 16 bytes of each of pSrc1 and pSrc2.
- * Writes: 16 rows of 16 bytes of pDst.
- *
- * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pDst is null; nothing is written.
- * @retval zvpStatusOk           the average is written.
- */
-ZVP_API zvpStatus zvpiAverage16x16_8u_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2,
-                                          int32_t src2Step, uint8_t *pDst, int32_t dstStep);
-
-/**
- * An 8x8 block of bytes averaged into another: dst = (dst + src + 1) >> 1.
- *
- * @param[in]     pSrc        top left sample of the source
- * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
- * @param[in,out] pSrcDst     top left sample of the block that is changed in place
- * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
- *
- * Reads:  8 rows of 8 bytes of each of pSrc and pSrcDst.
- * Writes: 8 rows of 8 bytes of pSrcDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
- * @retval zvpStatusOk           the average is written.
- */
-ZVP_API zvpStatus zvpiAverage8x8_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst, int32_t srcDstStep);
-
-/**
- * A 16x16 block of bytes averaged into another: dst = (dst + src + 1) >> 1.
- *
- * @param[in]     pSrc        top left sample of the source
- * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
- * @param[in,out] pSrcDst     top left sample of the block that is changed in place
- * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
- *
- * Reads:  16 rows of 16 bytes of each of pSrc and pSrcDst.
- * Writes: 16 rows of 16 bytes of pSrcDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
- * @retval zvpStatusOk           the average is written.
- */
-ZVP_API zvpStatus zvpiAverage16x16_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst, int32_t srcDstStep);
-
-/**
- * An 8x4 block from a half-pel position averaged into another: dst = (dst + p + 1) >> 1.
- *
- * The outer average rounds up; rounding reaches p alone.
- *
- * @param[in]     pSrc        top left sample of the reference at its whole-pel position
- * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
- * @param[in,out] pSrcDst     top left sample of the block that is changed in place
- * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
- * @param[in]     acc         position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits
- *                            are ignored
- * @param[in]     rounding    0 rounds half-pel means up, 1 down; other bits are ignored
- *
- * Reads:  4 rows of 8 bytes of pSrc, one byte a row more for half in x, one row more for half in y; 4 rows of 8 bytes
- *         of pSrcDst.
- * Writes: 4 rows of 8 bytes of pSrcDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
- * @retval zvpStatusOk           the average is written.
- */
-ZVP_API zvpStatus zvpiInterpolateAverage8x4_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst,
-                                                    int32_t srcDstStep, int32_t acc, int32_t rounding);
-
-/**
- * An 8x8 block from a half-pel position averaged into another: dst = (dst + p + 1) >> 1.
- *
- * The outer average rounds up; rounding reaches p alone.
- *
- * @param[in]     pSrc        top left sample of the reference at its whole-pel position
- * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
- * @param[in,out] pSrcDst     top left sample of the block that is changed in place
- * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
- * @param[in]     acc         position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits
- *                            are ignored
- * @param[in]     rounding    0 rounds half-pel means up, 1 down; other bits are ignored
- *
- * Reads:  8 rows of 8 bytes of pSrc, one byte a row more for half in x, one row more for half in y; 8 rows of 8 bytes
- *         of pSrcDst.
- * Writes: 8 rows of 8 bytes of pSrcDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
- * @retval zvpStatusOk           the average is written.
- */
-ZVP_API zvpStatus zvpiInterpolateAverage8x8_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst,
-                                                    int32_t srcDstStep, int32_t acc, int32_t rounding);
-
-/**
- * A 16x8 block from a half-pel position averaged into another: dst = (dst + p + 1) >> 1.
- *
- * The outer average rounds up; rounding reaches p alone.
- *
- * @param[in]     pSrc        top left sample of the reference at its whole-pel position
- * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
- * @param[in,out] pSrcDst     top left sample of the block that is changed in place
- * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
- * @param[in]     acc         position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits
- *                            are ignored
- * @param[in]     rounding    0 rounds half-pel means up, 1 down; other bits are ignored
- *
- * Reads:  8 rows of 16 bytes of pSrc, one byte a row more for half in x, one row more for half in y; 8 rows of 16
- *         bytes of pSrcDst.
- * Writes: 8 rows of 16 bytes of pSrcDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
- * @retval zvpStatusOk           the average is written.
- */
-ZVP_API zvpStatus zvpiInterpolateAverage16x8_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst,
-                                                     int32_t srcDstStep, int32_t acc, int32_t rounding);
-
-/**
- * A 16x16 block from a half-pel position averaged into another: dst = (dst + p + 1) >> 1.
- *
- * The outer average rounds up; rounding reaches p alone.
- *
- * @param[in]     pSrc        top left sample of the reference at its whole-pel position
- * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
- * @param[in,out] pSrcDst     top left sample of the block that is changed in place
- * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
- * @param[in]     acc         position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits
- *                            are ignored
- * @param[in]     rounding    0 rounds half-pel means up, 1 down; other bits are ignored
- *
- * Reads:  16 rows of 16 bytes of pSrc, one byte a row more for half in x, one row more for half in y; 16 rows of 16
- *         bytes of pSrcDst.
- * Writes: 16 rows of 16 bytes of pSrcDst.
- *
- * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
- * @retval zvpStatusOk           the average is written.
- */
-ZVP_API zvpStatus zvpiInterpolateAverage16x16_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst,
-                                                      int32_t srcDstStep, int32_t acc, int32_t rounding);
-
-/**
- * Residual added to an 8x8 block of bytes in place: dst = dst + residual, clipped to 0..255.
- *
- * @param[in]     pResidual     top left value of the residual
- * @param[in]     residualStep  distance from one row of pResidual to the next, in bytes; may be odd
- * @param[in,out] pSrcDst       top left sample of the block that is changed in place
- * @param[in]     srcDstStep    distance from one row of pSrcDst to the next, in bytes
- *
- * Reads:  8 rows of 8 values of pResidual; 8 rows of 8 bytes of pSrcDst.
- * Writes: 8 rows of 8 bytes of pSrcDst.
- *
- * @retval zvpStatusNullPointer  pResidual or pSrcDst is null; nothing is written.
- * @retval zvpStatusOk           the sums are written.
- */
-ZVP_API zvpStatus zvpiAdd8x8_16s8u_C1IRS(const int16_t *pResidual, int32_t residualStep, uint8_t *pSrcDst,
-                                         int32_t srcDstStep);
-
-/**
- * Residual added to an 8x8 block from a half-pel position: dst = p + residual, clipped to 0..255.
- *
- * @param[in]  pResidual     top left value of the residual
- * @param[in]  residualStep  distance from one row of pResidual to the next, in bytes; may be odd
- * @param[in]  pRef          top left sample of the reference at its whole-pel position
- * @param[in]  refStep       distance from one row of pRef to the next, in bytes
- * @param[out] pDst          top left sample of the destination
- * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
- * @param[in]  acc           position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits
- *                           are ignored
- * @param[in]  rounding      0 rounds half-pel means up, 1 down; other bits are ignored
- *
- * Reads:  8 rows of 8 values of pResidual; 8 rows of 8 bytes of pRef, one byte a row more for half in x, one row more
- *         for half in y.
- * Writes: 8 rows of 8 bytes of pDst.
- *
- * @retval zvpStatusNullPointer  pResidual, pRef or pDst is null; nothing is written.
- * @retval zvpStatusOk           the sums are written.
- */
-ZVP_API zvpStatus zvpiAdd8x8HP_16s8u_C1RS(const int16_t *pResidual, int32_t residualStep, const uint8_t *pRef,
-                                          int32_t refStep, uint8_t *pDst, int32_t dstStep, int32_t acc,
-                                          int32_t rounding);
-
-/**
- * Constant added to an 8x8 block of bytes in place: dst = dst + value, clipped to 0..255.
- *
- * Of value the low 16 bits count, as a signed number: 65535 subtracts 1, 65536 adds 0.
- *
- * @param[in]     value       what is added; its low 16 bits, signed
- * @param[in,out] pSrcDst     top left sample of the block that is changed in place
- * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
- *
- * Reads:  8 rows of 8 bytes of pSrcDst.
- * Writes: 8 rows of 8 bytes of pSrcDst.
- *
- * @retval zvpStatusNullPointer  pSrcDst is null; nothing is written.
- * @retval zvpStatusOk           the sums are written.
- */
-ZVP_API zvpStatus zvpiAddC8x8_16s8u_C1IR(int32_t value, uint8_t *pSrcDst, int32_t srcDstStep);
 
 /** @} */ /* mc_copy_average_and_add_blocks */
 
 /**
  * @defgroup mpeg_huffman_tables_and_readers MPEG-1/2: Huffman tables and readers
+ *
+ * Variable-length codes of the caller's choice: a list of code words is compiled once into lookup tables, with which
+ * any number of readers may then work at once.
+ *
+ * The list is an array of int32_t: one word that is not read; n, the number of lookup levels, at least 1; n index
+ * widths in bits, each at least 1, whose sum reaches the longest code; then for the lengths 1, 2, 3, ... the number of
+ * codes of that length and the codes, until a negative number ends the list. A code is its word, right-aligned, and its
+ * value: one int32_t in a value list, two in a run-level list, of which the first, the run, keeps 8 bits and the
+ * second, the level, 16. Codes must be prefix-free. Few wide levels make a reader fast, many narrow ones a table small;
+ * 8 to 9 bits first and the rest behind serve the tables of ISO/IEC 13818-2 Annex B well.
+ *
+ * The compiled table is an array of int32_t. Word 0 is the width w of the first level; 2^w entries follow; sub-tables
+ * of the same layout stand behind it in the order in which the codes ask for them. An entry is
+ *   - a link: the sub-table's index in bits 31..8, 128 in bits 7..0;
+ *   - a leaf: the value in bits 31..8, or the level in bits 31..16 and the run in bits 15..8; in bits 7..0 the number
+ *     of bits that the lookup has read beyond the code;
+ *   - 0xF0F101 where no code leads. Its value field, 61681 (run 241, level 240), is therefore no legal value.
+ *
+ * The cursor is a pointer to 32-bit words in the machine's byte order and the index, 31 to 0, of the next bit in the
+ * word; bit 31 comes first in the stream. The offset is not checked; outside 0..31 is undefined. On return the cursor
+ * stands on the first bit not consumed, which may be bit 31 of the word behind the last one.
+ *
+ * A lookup reads a whole level at a time, so its look-ahead is the width of the last level it enters, less one bit. A
+ * word is read only if a bit of it is looked at.
  * @{
  */
+
+/**
+ * Compiles a list of codes with one value each.
+ *
+ * A code longer than all levels together is dropped. If a sub-table's index is a multiple of 256, further codes with
+ * the same first bits do not find it and go on in the table before it: choose other widths then.
+ *
+ * @param[in]  pSrcTable  the list
+ * @param[out] ppDstSpec  receives the table, which zvpMalloc() gave and zvpiHuffmanTableFree_32s() takes back; not
+ *                        written on error
+ *
+ * Reads:  the list up to the negative number that ends it.
+ * Writes: *ppDstSpec. Allocates 8 bytes a code, given back before it returns, and the table.
+ *
+ * @retval zvpStatusNullPointer  pSrcTable or ppDstSpec is null.
+ * @retval zvpStatusNoMemory     The list holds no code, or an allocation failed. Nothing stays allocated.
+ * @retval zvpStatusOk           *ppDstSpec is the caller's.
+ */
+ZVP_API zvpStatus zvpiHuffmanTableInitAlloc_32s(const int32_t *pSrcTable, int32_t **ppDstSpec);
+
+/**
+ * Compiles a list of codes with two values each, run and level. Differs from zvpiHuffmanTableInitAlloc_32s() in the
+ * leaf alone, and finds sub-tables at any index.
+ *
+ * @param[in]  pSrcTable  the list
+ * @param[out] ppDstSpec  receives the table, which zvpMalloc() gave and zvpiHuffmanTableFree_32s() takes back; not
+ *                        written on error
+ *
+ * Reads:  the list up to the negative number that ends it.
+ * Writes: *ppDstSpec. Allocates 8 bytes a code, given back before it returns, and the table.
+ *
+ * @retval zvpStatusNullPointer  pSrcTable or ppDstSpec is null.
+ * @retval zvpStatusNoMemory     The list holds no code, or an allocation failed. Nothing stays allocated.
+ * @retval zvpStatusOk           *ppDstSpec is the caller's.
+ */
+ZVP_API zvpStatus zvpiHuffmanRunLevelTableInitAlloc_32s(const int32_t *pSrcTable, int32_t **ppDstSpec);
+
+/**
+ * Gives a compiled table back, by zvpFree().
+ *
+ * @param[in] pDecodeTable  table of either kind; no reader may be using it
+ *
+ * @retval zvpStatusNullPointer  pDecodeTable is null.
+ * @retval zvpStatusOk           The table is gone.
+ */
+ZVP_API zvpStatus zvpiHuffmanTableFree_32s(int32_t *pDecodeTable);
+
+/**
+ * Reads one code of a value table.
+ *
+ * @param[in,out] ppBitStream    address of the pointer to the current word
+ * @param[in,out] pBitOffset     index of the next bit, 31..0
+ * @param[out]    pDecodedValue  receives the value, 24 bits with their sign; 61681 for a bad code
+ * @param[in]     pDecodeTable   table of zvpiHuffmanTableInitAlloc_32s()
+ *
+ * Cursor:     behind the code. Behind all bits that were looked at if the code is bad.
+ * Bits:       the longest code; for a bad code the widths of all levels.
+ * Look-ahead: the width of the last level, less one.
+ *
+ * @retval zvpStatusNullPointer  A pointer or *ppBitStream is null.
+ * @retval zvpStatusBadVlcInput  No code begins with these bits. The cursor has moved and *pDecodedValue is written.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiDecodeHuffmanOne_1u32s(const uint32_t **ppBitStream, int32_t *pBitOffset, int32_t *pDecodedValue,
+                                             const int32_t *pDecodeTable);
+
+/**
+ * Reads one code of a run-level table.
+ *
+ * @param[in,out] ppBitStream   address of the pointer to the current word
+ * @param[in,out] pBitOffset    index of the next bit, 31..0
+ * @param[in]     pDecodeTable  table of zvpiHuffmanRunLevelTableInitAlloc_32s()
+ * @param[out]    pFirstValue   receives the run
+ * @param[out]    pSecondValue  receives the level
+ *
+ * Cursor:     behind the code. Where it was if the code is bad.
+ * Bits:       the longest code.
+ * Look-ahead: the width of the last level, less one; the widths of all levels if the code is bad.
+ *
+ * @retval zvpStatusNullPointer  A pointer or *ppBitStream is null.
+ * @retval zvpStatusBadVlcInput  No code begins with these bits. Nothing is written, unlike in the value reader.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiDecodeHuffmanPair_1u16s(const uint32_t **ppBitStream, int32_t *pBitOffset,
+                                              const int32_t *pDecodeTable, uint8_t *pFirstValue, int16_t *pSecondValue);
 
 /** @} */ /* mpeg_huffman_tables_and_readers */
 
@@ -505,8 +265,136 @@ ZVP_API zvpStatus zvpiAddC8x8_16s8u_C1IR(int32_t value, uint8_t *pSrcDst, int32_
 
 /**
  * @defgroup mpeg_mpeg_2_quantization_and_scans MPEG-1/2: MPEG-2 quantization and scans
+ *
+ * Quantization of a block in place and its inverse (ISO/IEC 13818-2 7.4), and the three scan orders (7.3).
+ *
+ * A block is 64 int16_t in raster order, 128 bytes; matrices hold 64 entries in raster order too. A call reads and
+ * writes the whole block. No alignment is needed. QP is the quantizer scale, not its code.
+ *
+ * Mismatch control, at the end of both inverse members (7.4.4): if the sum of all 64 results is even, element 63 is
+ * decremented if it is odd and incremented if it is even.
  * @{
  */
+
+/**
+ * Forward quantization of an intra block by reciprocal weights.
+ *
+ * Element i = 1..63 becomes x(i) * (16 / QP) * pQPMatrix[i], multiplied in this order in single precision, the fraction
+ * dropped, clipped to -2047..2047. Element 0, the DC, stays as it is and is not counted.
+ *
+ * @param[in,out] pSrcDst    the block
+ * @param[in]     QP         quantizer scale; any value but 0
+ * @param[in]     pQPMatrix  64 reciprocals of the weights, finite; null: those of the default intra matrix (6.3.11),
+ *                           each rounded to six decimals
+ * @param[out]    pCount     receives the number of non-zero elements among 1..63; not written on error
+ *
+ * Reads:  the block and, where given, 256 bytes of pQPMatrix.
+ * Writes: the block, *pCount. pCount must not lie in the block.
+ *
+ * @retval zvpStatusNullPointer   pSrcDst or pCount is null.
+ * @retval zvpStatusDivideByZero  QP is 0.
+ * @retval zvpStatusOk            Done.
+ */
+ZVP_API zvpStatus zvpiQuantIntra_MPEG2_16s_C1I(int16_t *pSrcDst, int32_t QP, const float *pQPMatrix, int32_t *pCount);
+
+/**
+ * Forward quantization of a non-intra block.
+ *
+ * With a matrix: as zvpiQuantIntra_MPEG2_16s_C1I(), but for all 64 elements. Without one and QP above 1: flat weights,
+ * x * ((QP / 2 + 65536) / QP) / 65536 in integers, fractions dropped, clipped to -2047..2047. Without one and QP of 1
+ * or below, negative too: the block stays as it is and is only counted.
+ *
+ * @param[in,out] pSrcDst    the block
+ * @param[in]     QP         quantizer scale; any value but 0
+ * @param[in]     pQPMatrix  64 reciprocals of the weights, finite; null: flat weights
+ * @param[out]    pCount     receives the number of non-zero elements; not written on error
+ *
+ * Reads:  the block and, where given, 256 bytes of pQPMatrix.
+ * Writes: the block, *pCount. pCount must not lie in the block.
+ *
+ * @retval zvpStatusNullPointer   pSrcDst or pCount is null.
+ * @retval zvpStatusDivideByZero  QP is 0.
+ * @retval zvpStatusOk            Done.
+ */
+ZVP_API zvpStatus zvpiQuant_MPEG2_16s_C1I(int16_t *pSrcDst, int32_t QP, const float *pQPMatrix, int32_t *pCount);
+
+/**
+ * Inverse quantization of an intra block (7.4.2.3, 7.4.3), with mismatch control.
+ *
+ * Element i = 1..63 becomes x(i) * QP * pQPMatrix[i] * 2 / 32, the product modulo 2^32, the division towards zero,
+ * clipped to -2048..2047. Element 0, the DC, stays as it is; it has its part in the sum of the mismatch control.
+ *
+ * @param[in,out] pSrcDst    the block
+ * @param[in]     QP         quantizer scale, any value
+ * @param[in]     pQPMatrix  64 weights
+ *
+ * Reads:  the block, 128 bytes of pQPMatrix.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst or pQPMatrix is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvIntra_MPEG2_16s_C1I(int16_t *pSrcDst, int32_t QP, const int16_t *pQPMatrix);
+
+/**
+ * Inverse quantization of a non-intra block (7.4.2.3, 7.4.3), with mismatch control.
+ *
+ * Each non-zero element x becomes pQPMatrix[i] * QP * (2 x + sign(x)) / 32 or, without a matrix,
+ * QP * (2 x + sign(x)) / 2: products modulo 2^32, divisions towards zero, clipped to -2048..2047. Zeros stay, so a
+ * block of zeros ends with element 63 at 1, its sum being even.
+ *
+ * @param[in,out] pSrcDst    the block
+ * @param[in]     QP         quantizer scale, any value
+ * @param[in]     pQPMatrix  64 weights; null: flat weights of 16
+ *
+ * Reads:  the block and, where given, 128 bytes of pQPMatrix.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInv_MPEG2_16s_C1I(int16_t *pSrcDst, int32_t QP, const int16_t *pQPMatrix);
+
+/**
+ * Raster order to scan order.
+ *
+ * From a count of 20 on, pDst[i] = pSrc[table[i]] for all 64. Below 20 only the first countNonZero non-zero elements in
+ * scan order are taken over, everything else being 0: a count that is too small drops what comes later, one that is too
+ * large does no harm.
+ *
+ * @param[in]  pSrc          the block, raster order
+ * @param[out] pDst          receives the block in scan order; must not overlap pSrc
+ * @param[in]  countNonZero  number of non-zero elements, 1..64
+ * @param[in]  scan          2: alternate horizontal (H.263 Annex I), 1: alternate vertical (figure 7-3), any other
+ *                           value: zigzag (figure 7-2)
+ *
+ * Reads:  128 bytes of pSrc.
+ * Writes: 128 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOutOfRange   countNonZero is below 1 or above 64.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiScanFwd_16s_C1(const int16_t *pSrc, int16_t *pDst, int32_t countNonZero, int32_t scan);
+
+/**
+ * Scan order to raster order.
+ *
+ * pDst[table[i]] = pSrc[i] for i = 0..indxLastNonZero; all other elements are 0.
+ *
+ * @param[in]  pSrc             the block, scan order
+ * @param[out] pDst             receives the block in raster order; must not overlap pSrc
+ * @param[in]  indxLastNonZero  scan index of the last element to take over, 0..63
+ * @param[in]  scan             as for zvpiScanFwd_16s_C1()
+ *
+ * Reads:  indxLastNonZero + 1 elements of pSrc.
+ * Writes: 128 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOutOfRange   indxLastNonZero is below 0 or above 63.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiScanInv_16s_C1(const int16_t *pSrc, int16_t *pDst, int32_t indxLastNonZero, int32_t scan);
 
 /** @} */ /* mpeg_mpeg_2_quantization_and_scans */
 

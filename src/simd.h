@@ -50,6 +50,7 @@ template <int N> using S16 = Vec<s16, N>;
 template <int N> using U32 = Vec<u32, N>;
 template <int N> using S32 = Vec<s32, N>;
 template <int N> using U64 = Vec<u64, N>;
+template <int N> using F32 = Vec<float, N>;
 
 template <class V> struct Lanes;
 template <class T, int N> struct Lanes<Vec<T, N>> {
@@ -128,6 +129,8 @@ template <class T, int N> ZVP_INLINE void storeHigh8(void* p, Vec<T, N> v) { sto
 // One value in all lanes.
 template <class V> ZVP_INLINE V splat(typename Lanes<V>::Type value) {
   constexpr int size = sizeof(typename Lanes<V>::Type);
+  if constexpr (std::is_same_v<typename Lanes<V>::Type, float>) return as<V>(splat<S32<Lanes<V>::count>>(std::bit_cast<s32>(value)));
+  else
 #if defined(__AVX2__)
   if constexpr (Lanes<V>::bytes == 32) {
     if constexpr (size == 1) return {_mm256_set1_epi8(char(value))};
@@ -298,6 +301,34 @@ ZVP_INLINE S32<4> min(S32<4> a, S32<4> b) { return select(greater(b, a), a, b); 
 ZVP_INLINE S32<4> max(S32<4> a, S32<4> b) { return select(greater(a, b), a, b); }
 ZVP_INLINE U16<8> min(U16<8> a, U16<8> b) { return a - subSaturate(a, b); }
 ZVP_INLINE U16<8> max(U16<8> a, U16<8> b) { return b + subSaturate(a, b); }
+#endif
+
+// Single precision. min and max give b where a lane is not a number. toInteger drops the fraction; its lanes must fit.
+#if defined(ZVP_SIMD_PLAIN)
+ZVP_LANES2(operator*, float, mul_ps, a* b)
+ZVP_LANES2(min, float, min_ps, a < b ? a : b)
+ZVP_LANES2(max, float, max_ps, a > b ? a : b)
+template <int N> ZVP_INLINE F32<N> toFloat(S32<N> a) {
+  F32<N> r;
+  for (int i = 0; i < N; ++i) r.lane[i] = float(a.lane[i]);
+  return r;
+}
+template <int N> ZVP_INLINE S32<N> toInteger(F32<N> a) {
+  S32<N> r;
+  for (int i = 0; i < N; ++i) r.lane[i] = s32(a.lane[i]);
+  return r;
+}
+#else
+#define ZVP_FLOAT2(NAME, OP)                                                                            \
+  ZVP_INLINE F32<4> NAME(F32<4> a, F32<4> b) {                                                          \
+    return {_mm_castps_si128(_mm_##OP(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v)))};                  \
+  }
+ZVP_FLOAT2(operator*, mul_ps)
+ZVP_FLOAT2(min, min_ps)
+ZVP_FLOAT2(max, max_ps)
+#undef ZVP_FLOAT2
+ZVP_INLINE F32<4> toFloat(S32<4> a) { return {_mm_castps_si128(_mm_cvtepi32_ps(a.v))}; }
+ZVP_INLINE S32<4> toInteger(F32<4> a) { return {_mm_cvttps_epi32(_mm_castsi128_ps(a.v))}; }
 #endif
 
 // |a - b| of unsigned bytes.
