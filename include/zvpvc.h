@@ -788,12 +788,332 @@ ZVP_API zvpStatus zvpiDecodeExpGolombOne_H264_1u32s(const uint32_t **ppBitStream
  * @{
  */
 
+/*
+ * Planes of 8-bit samples; width and height in samples, steps in bytes and signed. A destination may not overlap a
+ * source. In the members that take a set of frames all frames have the same step. No more than width bytes of a row
+ * are read or written, but for the border copies of zvpiDeinterlaceMedianThreshold_8u_C1R().
+ */
+
+/**
+ * What zvpiDeinterlaceBlend_8u_C1() needs: made by zvpiDeinterlaceBlendInitAlloc_8u_C1(), freed by
+ * zvpiDeinterlaceBlendFree_8u_C1(). It is only read by the blend, so one record serves many frames and threads.
+ */
+typedef struct zvpDeinterlaceBlendState {
+  uint16_t *pWeights; /**< 512 entries: [m] the weight of the spatial value at motion m (0 to 255) in 1/256, 0 to 256;
+                           [256 + m] the median's, 256 less that. */
+  int32_t slope;      /**< The ramp's rise for each unit of motion, in 1/256. */
+  int32_t intercept;  /**< The ramp's value at motion 0, in 1/256. */
+  int32_t highMotion; /**< Above this motion the spatial value is taken alone. */
+  int32_t lowMotion;  /**< Below this motion the median is taken alone. */
+} zvpDeinterlaceBlendState;
+
+/**
+ * Deinterlaces by a vertical filter of three rows.
+ *
+ * With c = min(centerWeight, 256) and s = (256 - c) >> 1, both unsigned, a filtered row r is
+ * dst(x, r) = ((src(x, r - 1) + src(x, r + 1)) * s + src(x, r) * c) >> 8. The layout tells which part of a plane the
+ * region is: 1 the first slice (row 0 copied, rows 1 to h - 2 filtered, row h - 1 not written), 4 a middle one (rows -1
+ * to h - 2 filtered, row h - 1 not written), 16 the last one (rows -1 to h - 2 filtered, row h - 1 copied), any other
+ * value a whole plane (row 0 copied, rows 1 to h - 2 filtered, row h - 1 copied).
+ *
+ * @param[in]  pSrc          first sample of the region
+ * @param[in]  srcStep       row distance of pSrc in bytes
+ * @param[out] pDst          first sample of the result's region
+ * @param[in]  dstStep       row distance of pDst in bytes
+ * @param[in]  roiSize       region in samples; height at least 3
+ * @param[in]  centerWeight  weight of the row itself in 1/256; above 256 counts as 256
+ * @param[in]  planeLayout   1, 4, 16 or another value, see above
+ *
+ * Reads:  width bytes of rows 0 to h - 1 (layouts 4 and 16: rows -2 to h - 1).
+ * Writes: width bytes of the rows told above; with layouts 4 and 16 row -1, which lies before the region.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusBadSize      The height is below 3 or the width below 1, whatever the layout.
+ * @retval zvpStatusOk           The rows were written.
+ */
+ZVP_API zvpStatus zvpiDeinterlaceFilterTriangle_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst,
+                                                       int32_t dstStep, zvpSize roiSize, uint32_t centerWeight,
+                                                       int32_t planeLayout);
+
+/**
+ * Interpolates the rows of one field between those of the other along the direction of least difference.
+ *
+ * The source holds one field, srcStep being the distance of its rows. Row i of the result lies between source rows
+ * A = i + fieldNum - 1 and B = A + 1. In columns 1 to w - 2, with d1 = |A(x-1) - B(x+1)|, d2 = |A(x+1) - B(x-1)|,
+ * d0 = |A(x) - B(x)|: the rounded-up mean of A(x-1) and B(x+1) if d1 < d2 and d1 < d0; that of A(x+1) and B(x-1) if
+ * d1 >= d2 and d2 < d0; else that of A(x) and B(x). Columns 0 and w - 1 are copied from source row i.
+ *
+ * @param[in]  pSrc        first sample of the field
+ * @param[in]  srcStep     row distance of the field in bytes
+ * @param[out] pDst        first sample of the result
+ * @param[in]  dstStep     row distance of pDst in bytes
+ * @param[in]  roiSize     width in samples and number of rows; height at least 2
+ * @param[in]  fieldNum    0 or 1; not checked
+ * @param[in]  copyBorder  not 0: with fieldNum 0 row 0 is a copy of source row 0 and rows 1 to h - 1 are made; with
+ *                         fieldNum 1 row h - 1 is a copy of source row h - 1 and rows 0 to h - 2 are made. 0: rows 0 to
+ *                         h - 1 are made, from source row -1 on (fieldNum 0) or up to source row h (fieldNum 1), which
+ *                         the caller provides
+ *
+ * Reads:  width bytes of the rows told above.
+ * Writes: width bytes of rows 0 to h - 1.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusBadSize      The width is below 1 or the height below 2.
+ * @retval zvpStatusOk           The rows were written.
+ */
+ZVP_API zvpStatus zvpiDeinterlaceEdgeDetect_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
+                                                   zvpSize roiSize, int32_t fieldNum, int32_t copyBorder);
+
+/**
+ * Deinterlaces by a median of three rows where it departs from the middle one.
+ *
+ * In this order: the field that stays is copied, h / 2 rows (fieldNum 1: rows 0, 2, ...; any other value: rows 1, 3,
+ * ..., from pSrc + srcStep to pDst + srcStep, whatever dstStep is); with copyBorder rows 0 and h - 1 are copied, srcStep
+ * bytes each, whatever the width; then every second row r from 1 (fieldNum 1), 2 (otherwise, with copyBorder) or 0
+ * (otherwise, without) is made, while r < h, or h - 1 with copyBorder: with c = src(x, r) and m the median of
+ * src(x, r - 1), c and src(x, r + 1), the result is c if |m - c| < threshold, else m.
+ *
+ * @param[in]  pSrc        first sample of the frame
+ * @param[in]  srcStep     row distance of pSrc in bytes; a border copy with a step below 1 copies nothing
+ * @param[out] pDst        first sample of the result
+ * @param[in]  dstStep     row distance of pDst in bytes; the copy of the odd rows is in place only if it equals srcStep
+ * @param[in]  roiSize     frame in samples; height at least 2
+ * @param[in]  threshold   least departure of the median that is taken; 0 or less takes it always
+ * @param[in]  fieldNum    1: the odd rows are made, any other value: the even ones
+ * @param[in]  copyBorder  not 0: rows 0 and h - 1 are copied
+ *
+ * Reads:  width bytes of rows 0 to h - 1, and srcStep bytes of rows 0 and h - 1 with copyBorder. Without copyBorder
+ *         also row -1 (fieldNum not 1) and row h where the last made row is h - 1.
+ * Writes: as told above.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusBadSize      The width is below 1 or the height below 2.
+ * @retval zvpStatusOk           The rows were written.
+ */
+ZVP_API zvpStatus zvpiDeinterlaceMedianThreshold_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst,
+                                                        int32_t dstStep, zvpSize roiSize, int32_t threshold,
+                                                        int32_t fieldNum, int32_t copyBorder);
+
+/**
+ * Makes the weights of the three-frame blend.
+ *
+ * Both pairs are first put in ascending order and the weights bounded, in the caller's arrays: t0 <= t1, w0 <= w1,
+ * w1 at most 32767, w0 at least -32768. The weight of the spatial value rises with the motion as a straight line
+ * through (t1, w1) with the slope k = |(w1 - w0) / (t1 - t0)|, in integers of 1/256: slope = trunc(256 k + 0.5), and
+ * intercept = trunc(256 b + 0.5) (b > 0) or trunc(256 b - 0.5), b = w1 - k t1; an intercept of 257 or more becomes 256
+ * with a slope of 0. pWeights[m] is intercept + m * slope, bounded to 0..256. With t0 equal to t1 the weight is 0 below
+ * t0 and 256 from there on, highMotion t0 - 1 and lowMotion t0.
+ *
+ * highMotion is (256 - intercept) / slope, less 1 if the dividend is negative, at most 255; lowMotion is -intercept /
+ * slope, plus 1 if intercept is negative, at least 0. A slope of 0, and a line that is below 0 at motion 255, give
+ * highMotion 255 and lowMotion 256 (0 if the line is not negative). Where the line rises by more than 32767 between
+ * motion 0 and its end e = min(255 slope + intercept, 256), the intercept becomes e - 32767 and the slope
+ * trunc((256 w1 - intercept) / t1).
+ *
+ * @param[in]     roiSize      size of the frames to come, at least 3 by 3; only checked
+ * @param[in,out] pThresholds  two motions, 0 to 255, in any order; not checked for null
+ * @param[in,out] pWeights     two weights of the spatial value, 1.0 being all of it, in any order; not checked for null
+ * @param[out]    ppState      receives the record. It stays unset if the record cannot be allocated; if the table
+ *                             cannot, it receives a record without a table, for zvpiDeinterlaceBlendFree_8u_C1()
+ *
+ * @retval zvpStatusNullPointer  ppState is null.
+ * @retval zvpStatusBadSize      The width or the height is below 3.
+ * @retval zvpStatusNoMemory     An allocation failed; pThresholds and pWeights are as they were.
+ * @retval zvpStatusOk           The record is complete.
+ */
+ZVP_API zvpStatus zvpiDeinterlaceBlendInitAlloc_8u_C1(zvpSize roiSize, int32_t *pThresholds, double *pWeights,
+                                                      zvpDeinterlaceBlendState **ppState);
+
+/**
+ * Frees a record of zvpiDeinterlaceBlendInitAlloc_8u_C1() and its table.
+ *
+ * @param[in] pState  the record, with or without a table
+ *
+ * @retval zvpStatusNullPointer  pState is null.
+ * @retval zvpStatusOk           The memory was given back.
+ */
+ZVP_API zvpStatus zvpiDeinterlaceBlendFree_8u_C1(zvpDeinterlaceBlendState *pState);
+
+/**
+ * Deinterlaces the middle one of three frames by a blend of a temporal median and a spatial value.
+ *
+ * Made are rows 2, 4, ... (topField not 0) or 1, 3, ... that have a row below them; of row r, with P0, P1, P2 the
+ * previous, current and next frame, A = P1(x, r - 1), B = P1(x, r + 1), C = P1(x, r), T the frame P0 if topFirst and
+ * topField agree (both 0 or both not), else P2:
+ *   - motion m = max(mean(mean(|P0(x, r-1) - A|, |P2(x, r-1) - A|), mean(|P0(x, r+1) - B|, |P2(x, r+1) - B|)),
+ *     |C - T(x, r)|), each mean of two rounded up;
+ *   - med = median of A, B, C;
+ *   - s, the mean along the direction of least difference, as in zvpiDeinterlaceEdgeDetect_8u_C1R();
+ *   - the result is med if m < lowMotion, else s if m > highMotion, else (med * weights[256 + m] + s * weights[m]) >> 8.
+ * In columns 0 and w - 1 it is (n * weights[m] + med * weights[256 + m]) >> 8, n being B (topField not 0) or A.
+ * Besides, row 0 is copied from P1 if topField is not 0, and row h - 1 if it is of the made parity.
+ *
+ * @param[in]  pSrcPlanes  three frames: previous, current, next
+ * @param[in]  srcStep     row distance of the frames in bytes
+ * @param[out] pDst        first sample of the result
+ * @param[in]  dstStep     row distance of pDst in bytes
+ * @param[in]  roiSize     frame in samples, at least 3 by 3
+ * @param[in]  topFirst    0 or not 0: whether the top field is the earlier one
+ * @param[in]  topField    0 or not 0: whether the even rows are made, else the odd ones
+ * @param[in]  copyField   not 0: the other rows are copied from the current frame
+ * @param[in]  pState      the weights
+ *
+ * Reads:  width bytes of each row of the frames.
+ * Writes: width bytes of the rows told above.
+ *
+ * @retval zvpStatusNullPointer  pSrcPlanes, pDst, pState, one of the three frames or the table of weights is null.
+ * @retval zvpStatusBadSize      The width or the height is below 3.
+ * @retval zvpStatusOk           The rows were written.
+ */
+ZVP_API zvpStatus zvpiDeinterlaceBlend_8u_C1(const uint8_t *const *pSrcPlanes, int32_t srcStep, uint8_t *pDst,
+                                             int32_t dstStep, zvpSize roiSize, int32_t topFirst, int32_t topField,
+                                             int32_t copyField, const zvpDeinterlaceBlendState *pState);
+
+/**
+ * Deinterlaces by a motion test over four frames with a guard against comb artifacts.
+ *
+ * The kept field comes from P2 if topFirst differs from topField, else from P1. Made are rows 2, 4, ... (topField 1) or
+ * 1, 3, ... below row h - 1. Of row r, with a the sample of the frame before the kept one and up and dn the kept
+ * frame's samples above and below: the sample is still if all of |a - kept(x, r)| and, in the rows above and below,
+ * |P1 - P0|, |P1 - P2|, |P1 - P3|, |P0 - P2|, |P2 - P3| are below the threshold. A still sample gives a if
+ * artifactProtection is 0. Otherwise, with n = 30 for a still sample and 6 for a moved one, lo = max(a - n, 0) and
+ * hi = min(a + n, 235): (up + dn + 1) >> 1 if both up and dn are below lo or both are above hi, else a.
+ * Besides, the kept frame's row 0 (topField 1) and its row h - 1 (if that row is of the made parity) are copied.
+ *
+ * @param[in]  pSrcPlanes          four frames in the order of time, P0 to P3
+ * @param[in]  srcStep             row distance of the frames in bytes
+ * @param[out] pDst                first sample of the result
+ * @param[in]  dstStep             row distance of pDst in bytes
+ * @param[in]  roiSize             frame in samples, at least 1 by 1
+ * @param[in]  threshold           least difference that counts as motion; 0 or less: all samples have moved
+ * @param[in]  topFirst            0 or 1
+ * @param[in]  topField            1: the even rows are made; 0: the odd ones; not checked
+ * @param[in]  copyField           not 0: h / 2 rows of the kept field are copied, from row topField on
+ * @param[in]  artifactProtection  not 0: still samples are guarded too
+ *
+ * Reads:  width bytes of each row of the frames.
+ * Writes: width bytes of the rows told above; with topField 0 and an odd height row h - 1 is not written.
+ *
+ * @retval zvpStatusNullPointer  pSrcPlanes, pDst or one of the four frames is null.
+ * @retval zvpStatusBadSize      The width or the height is below 1.
+ * @retval zvpStatusOk           The rows were written.
+ */
+ZVP_API zvpStatus zvpiDeinterlaceMotionAdaptive_8u_C1(const uint8_t *const *pSrcPlanes, int32_t srcStep, uint8_t *pDst,
+                                                      int32_t dstStep, zvpSize roiSize, int32_t threshold,
+                                                      int32_t topFirst, int32_t topField, int32_t copyField,
+                                                      int32_t artifactProtection);
+
 /** @} */ /* filters_deinterlacing */
 
 /**
  * @defgroup filters_cast_spatio_temporal_denoise Filters: CAST spatio-temporal denoise
  * @{
  */
+
+/*
+ * The frame is cut into blocks. A block that stands still is blended with the previous frame, the more the longer it
+ * does; a block that moves is smoothed inside the frame, less on edges. The caller owns what lasts from frame to frame:
+ * the previous frame, commonly the previous result, and one history byte a block.
+ */
+
+/** Parameters of the denoiser; zvpiFilterDenoiseCASTInit() gives the defaults. */
+typedef struct zvpDenoiseCASTParams {
+  uint8_t temporalDiffThreshold;  /**< A sample has moved if it differs by more than this; 16. */
+  uint8_t motionPixelThreshold;   /**< A block has moved if more samples than this have; 0. */
+  uint8_t strongEdgeThreshold;    /**< An edge-map value above this is a strong edge; 8. */
+  uint8_t blockWidth;             /**< Block width in samples, at least 1; 4. */
+  uint8_t blockHeight;            /**< Block height in rows, at least 1; 4. */
+  uint8_t edgePixelWeight;        /**< Weight of the sample itself on a strong edge, in 1/256; 128. */
+  uint8_t flatPixelWeight;        /**< Weight of the sample itself elsewhere, in 1/256; 16. */
+  uint8_t spatialThresholdLuma;   /**< Neighbours that differ by less enter the mean: of a plane, of luma; 12. */
+  uint8_t spatialThresholdChroma; /**< The same of chroma in packed 4:2:2; 6. */
+  uint8_t historyInit;            /**< First value of a history byte; the weight where there is no history; 192. */
+} zvpDenoiseCASTParams;
+
+/**
+ * Writes the default parameters.
+ *
+ * @param[out] pParams  receives 16, 0, 8, 4, 4, 128, 16, 12, 6, 192 in the order of the record
+ *
+ * @retval zvpStatusNullPointer  pParams is null.
+ * @retval zvpStatusOk           The parameters were written.
+ */
+ZVP_API zvpStatus zvpiFilterDenoiseCASTInit(zvpDenoiseCASTParams *pParams);
+
+/**
+ * Denoises a plane of 8-bit samples in time where it stands still and in space where it moves.
+ *
+ * Blocks go from left to right, row by row; those at the right and the bottom are cut by the frame.
+ *   - Motion: a block has moved if more than motionPixelThreshold of its samples differ from the previous frame by more
+ *     than temporalDiffThreshold. In a cut block the last sample of a row counts once more for each missing column,
+ *     then the last row once more for each missing row.
+ *   - History byte h of a block: moved, h < 128 becomes 128, else h / 2; still, h < 128 becomes 128, else
+ *     min(h + 4, 200), and the new value is the weight w. Without pHistory a still block has w = historyInit, and if
+ *     that is 0 the block is left out: none of its samples is written.
+ *   - A still block: dst = ((previous - c) * w + (c << 8) + 128) >> 8 for each sample c.
+ *   - A moved one: mean = (sum + n / 2) / n over those n samples of the 3x3 neighbourhood, c included, that differ from
+ *     c by less than spatialThresholdLuma; samples outside the frame are those of its nearest row and column; with
+ *     weight = edgePixelWeight where the edge map is above strongEdgeThreshold, else flatPixelWeight,
+ *     dst = ((256 - weight) * mean + c * weight + 128) >> 8. With a threshold of 0, dst = c.
+ *   - Without pSrcPrev, the first frame: the history is filled with historyInit, and all blocks are filtered in space.
+ *
+ * @param[in]     pSrcCur   the frame
+ * @param[in]     pSrcPrev  the previous frame, or null on the first one. It may be the destination: no sample of it is
+ *                          read after its place has been written
+ * @param[in]     srcStep   row distance of pSrcCur and pSrcPrev in bytes
+ * @param[in]     pEdgeMap  strength of the edge at each sample
+ * @param[in]     edgeStep  row distance of pEdgeMap in bytes
+ * @param[in]     roiSize   frame in samples, at least 1 by 1
+ * @param[out]    pDst      the result; may not overlap pSrcCur or pEdgeMap
+ * @param[in]     dstStep   row distance of pDst in bytes
+ * @param[in,out] pHistory  a byte a block, ceil(width / blockWidth) in a row, or null
+ * @param[in]     pParams   the parameters, or null for the defaults
+ *
+ * Reads:  width bytes of each row of the frames and of the edge map.
+ * Writes: width bytes of each row of pDst, and the history.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pEdgeMap or pDst is null.
+ * @retval zvpStatusBadSize      The width or the height is below 1.
+ * @retval zvpStatusOk           The frame was filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDenoiseCAST_8u_C1R(const uint8_t *pSrcCur, const uint8_t *pSrcPrev, int32_t srcStep,
+                                               const uint8_t *pEdgeMap, int32_t edgeStep, zvpSize roiSize,
+                                               uint8_t *pDst, int32_t dstStep, uint8_t *pHistory,
+                                               const zvpDenoiseCASTParams *pParams);
+
+/**
+ * Denoises packed 4:2:2 (Y0 Cb Y1 Cr), each component by itself.
+ *
+ * As zvpiFilterDenoiseCAST_8u_C1R(), with 4 * blockWidth bytes by blockHeight rows as a group of four blocks of
+ * blockWidth samples a row: left luma (the even bytes of the group's first half), right luma (those of the second), Cb
+ * (bytes 1, 5, 9, ...) and Cr (bytes 3, 7, 11, ...). Each has its own motion count and history byte; chroma goes by
+ * spatialThresholdChroma. Neighbours are the nearest samples of the same component. Of a group that the frame cuts only
+ * what remains is handled; the history byte of a right luma block of which nothing remains is not touched but on the
+ * first frame.
+ *
+ * @param[in]     pSrcCur   the frame, 2 * width bytes a row
+ * @param[in]     pSrcPrev  the previous frame, or null on the first one; it may be the destination
+ * @param[in]     srcStep   row distance of pSrcCur and pSrcPrev in bytes
+ * @param[in]     pEdgeMap  strength of the edge at each byte of the frame
+ * @param[in]     edgeStep  row distance of pEdgeMap in bytes
+ * @param[in]     roiSize   frame in pixels, at least 2 by 1; the width is even
+ * @param[out]    pDst      the result; may not overlap pSrcCur or pEdgeMap
+ * @param[in]     dstStep   row distance of pDst in bytes
+ * @param[in,out] pHistory  four bytes a group (left luma, Cb, right luma, Cr), ceil(2 * width / (4 * blockWidth)) groups
+ *                          in a row, or null
+ * @param[in]     pParams   the parameters, or null for the defaults
+ *
+ * Reads:  2 * width bytes of each row of the frames and of the edge map.
+ * Writes: 2 * width bytes of each row of pDst, and the history.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pEdgeMap or pDst is null.
+ * @retval zvpStatusBadSize      The width or the height is below 1, or the width is odd.
+ * @retval zvpStatusOk           The frame was filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDenoiseCASTYUV422_8u_C2R(const uint8_t *pSrcCur, const uint8_t *pSrcPrev, int32_t srcStep,
+                                                     const uint8_t *pEdgeMap, int32_t edgeStep, zvpSize roiSize,
+                                                     uint8_t *pDst, int32_t dstStep, uint8_t *pHistory,
+                                                     const zvpDenoiseCASTParams *pParams);
 
 /** @} */ /* filters_cast_spatio_temporal_denoise */
 

@@ -85,7 +85,7 @@ template <class T> class GuardedPlane {
     const std::ptrdiff_t distance = stepBytes < 0 ? -stepBytes : stepBytes;
     bytes_ = GuardedBytes(rows > 0 && rowBytes > 0 ? std::size_t((rows - 1) * distance) + rowBytes : 1, guard);
     origin_ = (stepBytes < 0 ? (rows - 1) * distance : 0) + margin.above * stepBytes +
-              std::ptrdiff_t(margin.left * sizeof(T));
+              margin.left * std::ptrdiff_t(sizeof(T));
   }
   T* data() { return reinterpret_cast<T*>(bytes_.data() + origin_); }
   const T* data() const { return reinterpret_cast<const T*>(bytes_.data() + origin_); }
