@@ -135,8 +135,357 @@ ZVP_API const zvpVersionRecord *zvpvcGetLibVersion(void);
 
 /**
  * @defgroup mc_copy_average_and_add_blocks Motion compensation: copy, average and add blocks
+ * Motion compensation of MPEG-style decoders in its plain forms: a block of bytes copied from a half-pel position of a
+ * reference, averaged into a prediction that is there already, or given a residual (ISO/IEC 13818-2 7.6.4 and 7.6.7,
+ * ISO/IEC 14496-2 7.6.2.1).
+ *
+ * The prediction p of a sample is made of the reference sample a at its place, the right neighbour b, c below a, and d
+ * below b. acc and rounding select it; only the low two bits of acc and the low bit of rounding count:
+ *
+ *     acc  position       rounding 0                  rounding 1
+ *     0    whole          a                           a
+ *     1    half in x      (a + b + 1) >> 1            (a + b) >> 1
+ *     2    half in y      (a + c + 1) >> 1            (a + c) >> 1
+ *     3    half in both   (a + b + c + d + 2) >> 2    (a + b + c + d + 1) >> 2
+ *
+ * Of the reference of a block W wide and H high a call reads H rows of W bytes; with half in x each row is one byte
+ * longer, with half in y there is one row more. It reads and writes nothing else, so a block may end where mapped
+ * memory ends. Steps may have any value, negative too; no pointer needs to be aligned, 16-bit data included. A null
+ * pointer is the only thing that is refused. Source and destination must not overlap, unless they are named one block.
  * @{
  */
+
+/**
+ * Copy of an 8x8 block of bytes.
+ *
+ * @param[in]  pSrc     top left sample of the source
+ * @param[in]  srcStep  distance from one row of pSrc to the next, in bytes
+ * @param[out] pDst     top left sample of the destination
+ * @param[in]  dstStep  distance from one row of pDst to the next, in bytes
+ *
+ * Reads:  8 rows of 8 bytes of pSrc.
+ * Writes: 8 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is copied.
+ */
+ZVP_API zvpStatus zvpiCopy8x8_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep);
+
+/**
+ * Copy of a 16x16 block of bytes.
+ *
+ * @param[in]  pSrc     top left sample of the source
+ * @param[in]  srcStep  distance from one row of pSrc to the next, in bytes
+ * @param[out] pDst     top left sample of the destination
+ * @param[in]  dstStep  distance from one row of pDst to the next, in bytes
+ *
+ * Reads:  16 rows of 16 bytes of pSrc.
+ * Writes: 16 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is copied.
+ */
+ZVP_API zvpStatus zvpiCopy16x16_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep);
+
+/**
+ * Copy of an 8x4 block of bytes from a half-pel position: dst = p.
+ *
+ * @param[in]  pSrc      top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep   distance from one row of pSrc to the next, in bytes
+ * @param[out] pDst      top left sample of the destination
+ * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
+ * @param[in]  acc       position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits are
+ *                       ignored
+ * @param[in]  rounding  0 rounds half-pel means up, 1 down; other bits are ignored
+ *
+ * Reads:  4 rows of 8 bytes of pSrc; one byte a row more for half in x, one row more for half in y.
+ * Writes: 4 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is predicted.
+ */
+ZVP_API zvpStatus zvpiCopy8x4HP_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
+                                       int32_t acc, int32_t rounding);
+
+/**
+ * Copy of an 8x8 block of bytes from a half-pel position: dst = p.
+ *
+ * @param[in]  pSrc      top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep   distance from one row of pSrc to the next, in bytes
+ * @param[out] pDst      top left sample of the destination
+ * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
+ * @param[in]  acc       position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits are
+ *                       ignored
+ * @param[in]  rounding  0 rounds half-pel means up, 1 down; other bits are ignored
+ *
+ * Reads:  8 rows of 8 bytes of pSrc; one byte a row more for half in x, one row more for half in y.
+ * Writes: 8 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is predicted.
+ */
+ZVP_API zvpStatus zvpiCopy8x8HP_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
+                                       int32_t acc, int32_t rounding);
+
+/**
+ * Copy of a 16x8 block of bytes from a half-pel position: dst = p.
+ *
+ * @param[in]  pSrc      top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep   distance from one row of pSrc to the next, in bytes
+ * @param[out] pDst      top left sample of the destination
+ * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
+ * @param[in]  acc       position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits are
+ *                       ignored
+ * @param[in]  rounding  0 rounds half-pel means up, 1 down; other bits are ignored
+ *
+ * Reads:  8 rows of 16 bytes of pSrc; one byte a row more for half in x, one row more for half in y.
+ * Writes: 8 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is predicted.
+ */
+ZVP_API zvpStatus zvpiCopy16x8HP_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
+                                        int32_t acc, int32_t rounding);
+
+/**
+ * Copy of a 16x16 block of bytes from a half-pel position: dst = p.
+ *
+ * @param[in]  pSrc      top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep   distance from one row of pSrc to the next, in bytes
+ * @param[out] pDst      top left sample of the destination
+ * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
+ * @param[in]  acc       position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits are
+ *                       ignored
+ * @param[in]  rounding  0 rounds half-pel means up, 1 down; other bits are ignored
+ *
+ * Reads:  16 rows of 16 bytes of pSrc; one byte a row more for half in x, one row more for half in y.
+ * Writes: 16 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is predicted.
+ */
+ZVP_API zvpStatus zvpiCopy16x16HP_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
+                                         int32_t acc, int32_t rounding);
+
+/**
+ * Average of two 8x8 blocks of bytes: dst = (src1 + src2 + 1) >> 1.
+ *
+ * @param[in]  pSrc1     top left sample of the first block
+ * @param[in]  src1Step  distance from one row of pSrc1 to the next, in bytes
+ * @param[in]  pSrc2     top left sample of the second block
+ * @param[in]  src2Step  distance from one row of pSrc2 to the next, in bytes
+ * @param[out] pDst      top left sample of the destination
+ * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
+ *
+ * Reads:  8 rows of 8 bytes of each of pSrc1 and pSrc2.
+ * Writes: 8 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the average is written.
+ */
+ZVP_API zvpStatus zvpiAverage8x8_8u_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
+                                        uint8_t *pDst, int32_t dstStep);
+
+/**
+ * Average of two 16x16 blocks of bytes: dst = (src1 + src2 + 1) >> 1.
+ *
+ * @param[in]  pSrc1     top left sample of the first block
+ * @param[in]  src1Step  distance from one row of pSrc1 to the next, in bytes
+ * @param[in]  pSrc2     top left sample of the second block
+ * @param[in]  src2Step  distance from one row of pSrc2 to the next, in bytes
+ * @param[out] pDst      top left sample of the destination
+ * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
+ *
+ * Reads:  16 rows of 16 bytes of each of pSrc1 and pSrc2.
+ * Writes: 16 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the average is written.
+ */
+ZVP_API zvpStatus zvpiAverage16x16_8u_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2,
+                                          int32_t src2Step, uint8_t *pDst, int32_t dstStep);
+
+/**
+ * An 8x8 block of bytes averaged into another: dst = (dst + src + 1) >> 1.
+ *
+ * @param[in]     pSrc        top left sample of the source
+ * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
+ * @param[in,out] pSrcDst     top left sample of the block that is changed in place
+ * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
+ *
+ * Reads:  8 rows of 8 bytes of each of pSrc and pSrcDst.
+ * Writes: 8 rows of 8 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
+ * @retval zvpStatusOk           the average is written.
+ */
+ZVP_API zvpStatus zvpiAverage8x8_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst, int32_t srcDstStep);
+
+/**
+ * A 16x16 block of bytes averaged into another: dst = (dst + src + 1) >> 1.
+ *
+ * @param[in]     pSrc        top left sample of the source
+ * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
+ * @param[in,out] pSrcDst     top left sample of the block that is changed in place
+ * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
+ *
+ * Reads:  16 rows of 16 bytes of each of pSrc and pSrcDst.
+ * Writes: 16 rows of 16 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
+ * @retval zvpStatusOk           the average is written.
+ */
+ZVP_API zvpStatus zvpiAverage16x16_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst, int32_t srcDstStep);
+
+/**
+ * An 8x4 block from a half-pel position averaged into another: dst = (dst + p + 1) >> 1.
+ *
+ * The outer average rounds up; rounding reaches p alone.
+ *
+ * @param[in]     pSrc        top left sample of the reference at its whole-pel position
+ * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
+ * @param[in,out] pSrcDst     top left sample of the block that is changed in place
+ * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
+ * @param[in]     acc         position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits
+ *                            are ignored
+ * @param[in]     rounding    0 rounds half-pel means up, 1 down; other bits are ignored
+ *
+ * Reads:  4 rows of 8 bytes of pSrc, one byte a row more for half in x, one row more for half in y; 4 rows of 8 bytes
+ *         of pSrcDst.
+ * Writes: 4 rows of 8 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
+ * @retval zvpStatusOk           the average is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateAverage8x4_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst,
+                                                    int32_t srcDstStep, int32_t acc, int32_t rounding);
+
+/**
+ * An 8x8 block from a half-pel position averaged into another: dst = (dst + p + 1) >> 1.
+ *
+ * The outer average rounds up; rounding reaches p alone.
+ *
+ * @param[in]     pSrc        top left sample of the reference at its whole-pel position
+ * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
+ * @param[in,out] pSrcDst     top left sample of the block that is changed in place
+ * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
+ * @param[in]     acc         position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits
+ *                            are ignored
+ * @param[in]     rounding    0 rounds half-pel means up, 1 down; other bits are ignored
+ *
+ * Reads:  8 rows of 8 bytes of pSrc, one byte a row more for half in x, one row more for half in y; 8 rows of 8 bytes
+ *         of pSrcDst.
+ * Writes: 8 rows of 8 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
+ * @retval zvpStatusOk           the average is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateAverage8x8_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst,
+                                                    int32_t srcDstStep, int32_t acc, int32_t rounding);
+
+/**
+ * A 16x8 block from a half-pel position averaged into another: dst = (dst + p + 1) >> 1.
+ *
+ * The outer average rounds up; rounding reaches p alone.
+ *
+ * @param[in]     pSrc        top left sample of the reference at its whole-pel position
+ * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
+ * @param[in,out] pSrcDst     top left sample of the block that is changed in place
+ * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
+ * @param[in]     acc         position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits
+ *                            are ignored
+ * @param[in]     rounding    0 rounds half-pel means up, 1 down; other bits are ignored
+ *
+ * Reads:  8 rows of 16 bytes of pSrc, one byte a row more for half in x, one row more for half in y; 8 rows of 16
+ *         bytes of pSrcDst.
+ * Writes: 8 rows of 16 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
+ * @retval zvpStatusOk           the average is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateAverage16x8_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst,
+                                                     int32_t srcDstStep, int32_t acc, int32_t rounding);
+
+/**
+ * A 16x16 block from a half-pel position averaged into another: dst = (dst + p + 1) >> 1.
+ *
+ * The outer average rounds up; rounding reaches p alone.
+ *
+ * @param[in]     pSrc        top left sample of the reference at its whole-pel position
+ * @param[in]     srcStep     distance from one row of pSrc to the next, in bytes
+ * @param[in,out] pSrcDst     top left sample of the block that is changed in place
+ * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
+ * @param[in]     acc         position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits
+ *                            are ignored
+ * @param[in]     rounding    0 rounds half-pel means up, 1 down; other bits are ignored
+ *
+ * Reads:  16 rows of 16 bytes of pSrc, one byte a row more for half in x, one row more for half in y; 16 rows of 16
+ *         bytes of pSrcDst.
+ * Writes: 16 rows of 16 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pSrcDst is null; nothing is written.
+ * @retval zvpStatusOk           the average is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateAverage16x16_8u_C1IR(const uint8_t *pSrc, int32_t srcStep, uint8_t *pSrcDst,
+                                                      int32_t srcDstStep, int32_t acc, int32_t rounding);
+
+/**
+ * Residual added to an 8x8 block of bytes in place: dst = dst + residual, clipped to 0..255.
+ *
+ * @param[in]     pResidual     top left value of the residual
+ * @param[in]     residualStep  distance from one row of pResidual to the next, in bytes; may be odd
+ * @param[in,out] pSrcDst       top left sample of the block that is changed in place
+ * @param[in]     srcDstStep    distance from one row of pSrcDst to the next, in bytes
+ *
+ * Reads:  8 rows of 8 values of pResidual; 8 rows of 8 bytes of pSrcDst.
+ * Writes: 8 rows of 8 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pResidual or pSrcDst is null; nothing is written.
+ * @retval zvpStatusOk           the sums are written.
+ */
+ZVP_API zvpStatus zvpiAdd8x8_16s8u_C1IRS(const int16_t *pResidual, int32_t residualStep, uint8_t *pSrcDst,
+                                         int32_t srcDstStep);
+
+/**
+ * Residual added to an 8x8 block from a half-pel position: dst = p + residual, clipped to 0..255.
+ *
+ * @param[in]  pResidual     top left value of the residual
+ * @param[in]  residualStep  distance from one row of pResidual to the next, in bytes; may be odd
+ * @param[in]  pRef          top left sample of the reference at its whole-pel position
+ * @param[in]  refStep       distance from one row of pRef to the next, in bytes
+ * @param[out] pDst          top left sample of the destination
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  acc           position of the reference: 0 whole, 1 half in x, 2 half in y, 3 half in both; other bits
+ *                           are ignored
+ * @param[in]  rounding      0 rounds half-pel means up, 1 down; other bits are ignored
+ *
+ * Reads:  8 rows of 8 values of pResidual; 8 rows of 8 bytes of pRef, one byte a row more for half in x, one row more
+ *         for half in y.
+ * Writes: 8 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pResidual, pRef or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the sums are written.
+ */
+ZVP_API zvpStatus zvpiAdd8x8HP_16s8u_C1RS(const int16_t *pResidual, int32_t residualStep, const uint8_t *pRef,
+                                          int32_t refStep, uint8_t *pDst, int32_t dstStep, int32_t acc,
+                                          int32_t rounding);
+
+/**
+ * Constant added to an 8x8 block of bytes in place: dst = dst + value, clipped to 0..255.
+ *
+ * Of value the low 16 bits count, as a signed number: 65535 subtracts 1, 65536 adds 0.
+ *
+ * @param[in]     value       what is added; its low 16 bits, signed
+ * @param[in,out] pSrcDst     top left sample of the block that is changed in place
+ * @param[in]     srcDstStep  distance from one row of pSrcDst to the next, in bytes
+ *
+ * Reads:  8 rows of 8 bytes of pSrcDst.
+ * Writes: 8 rows of 8 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null; nothing is written.
+ * @retval zvpStatusOk           the sums are written.
+ */
+ZVP_API zvpStatus zvpiAddC8x8_16s8u_C1IR(int32_t value, uint8_t *pSrcDst, int32_t srcDstStep);
 
 /** @} */ /* mc_copy_average_and_add_blocks */
 
