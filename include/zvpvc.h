@@ -1029,8 +1029,350 @@ ZVP_API zvpStatus zvpiDecodeExpGolombOne_H264_1u32s(const uint32_t **ppBitStream
 
 /**
  * @defgroup h264_deblocking H.264: deblocking
+ *
+ * The deblocking filter of H.264 (8.7.2) on the edges of one macroblock, in place: one call a plane and direction. The
+ * caller derives the boundary strengths and, from the standard's tables, alpha, beta and tc0; they are used as given,
+ * without any scaling for bit depth.
+ *
+ * Vertical edges are the lines x = 0, 4, ..., horizontal ones y = 0, 4, ...; edge 0 is that between the macroblock and
+ * its neighbour. Edges are filtered in increasing order, each on what the one before has left. Along an edge the lines
+ * fall into four groups; each has a strength and a tc0.
+ *   - Strength 0: the group is left alone. 1 to 3: the normal filter (8.7.2.3). 4: the strong one (8.7.2.4). Any other
+ *     value counts as 1 to 3 do.
+ *   - A line is filtered where |p0 - q0| < alpha, |p1 - p0| < beta and |q1 - q0| < beta. So 0 in alpha or beta filters
+ *     nothing.
+ *   - Luma, normal: tc is tc0 + (|p2 - p0| < beta) + (|q2 - q0| < beta). p1 and q1 move where their condition holds,
+ *     also if p0 and q0 do not. Chroma, normal: tc is tc0 + 1. tc keeps only the bits of the sample's width, so that a
+ *     chroma tc0 of 255 in bytes leaves no room to move.
+ *   - Required of all horizontal chroma edges: strength 4 in the first group filters the whole edge strongly, whatever
+ *     the other groups have; without it a 4 in another group acts as 1 to 3. The second horizontal edge of a 4:2:0
+ *     macroblock has the normal filter only.
+ *
+ * Members for deeper samples in 16-bit elements, and those for 4:2:2, take their arguments in H264DeblockEdges. There
+ * alpha, beta and tc0 are 16-bit for 16-bit samples and bytes for bytes.
+ *
+ * Reads:  for an edge with a strength other than 0, luma four samples on either side of it, chroma two, along the
+ *         edge's whole length; of an edge whose four strengths are 0 no sample at all. The arrays as each text says.
+ * Writes: no more than those samples. Luma changes up to three on either side, chroma one; what does not change may be
+ *         written back as it was.
+ * Align:  none for samples and arrays; the record as its pointers.
+ * Steps:  any value, negative too; bytes with bytes, elements in H264DeblockEdges.
  * @{
  */
+
+/** Arguments of the members for 16-bit elements and of those for 4:2:2. */
+typedef struct H264DeblockEdges {
+  void *pSrcDst;           /**< Top left sample of the macroblock: uint8_t or uint16_t. */
+  int32_t srcDstStep;      /**< Distance from one row to the next, in samples. */
+  const void *pAlpha;      /**< alpha, of the samples' type. [0] serves edge 0, [1] the others. */
+  const void *pBeta;       /**< beta, of the samples' type. [0] serves edge 0, [1] the others. */
+  const void *pThresholds; /**< tc0, of the samples' type: four to an edge. */
+  const uint8_t *pBS;      /**< Boundary strengths, as the function says. */
+  int32_t bitDepth;        /**< 16-bit samples only, 8 to 16, not checked: the largest sample is 2^bitDepth - 1. */
+} H264DeblockEdges;
+
+/**
+ * Vertical luma edges of a macroblock of bytes.
+ *
+ * The edges x = 0, 4, 8, 12 over 16 rows.
+ *
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance from one row to the next, in bytes
+ * @param[in]     pAlpha       2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pBeta        2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pThresholds  tc0, 16: [4 * e + row / 4] for edge e
+ * @param[in]     pBS          strengths, 16: [4 * e + row / 4] for edge e
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingLuma_VerEdge_H264_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep,
+                                                                const uint8_t *pAlpha, const uint8_t *pBeta,
+                                                                const uint8_t *pThresholds, const uint8_t *pBS);
+
+/**
+ * Horizontal luma edges of a macroblock of bytes.
+ *
+ * The edges y = 0, 4, 8, 12 over 16 columns.
+ *
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance from one row to the next, in bytes
+ * @param[in]     pAlpha       2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pBeta        2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pThresholds  tc0, 16: [4 * e + column / 4] for edge e
+ * @param[in]     pBS          strengths, 16: [4 * e + column / 4] for edge e
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingLuma_HorEdge_H264_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep,
+                                                                const uint8_t *pAlpha, const uint8_t *pBeta,
+                                                                const uint8_t *pThresholds, const uint8_t *pBS);
+
+/**
+ * One vertical luma edge over 8 rows of bytes, for frames with field macroblocks.
+ *
+ * A left macroblock edge between a frame and a field macroblock has a strength for each two rows, [row / 2]; it is
+ * filtered in two calls of 8 rows.
+ *
+ * @param[in,out] pSrcDst      the sample behind the edge in its first row
+ * @param[in]     srcDstStep   distance from one of these rows to the next, in bytes
+ * @param[in]     alpha        alpha, any 32-bit value
+ * @param[in]     beta         beta, any 32-bit value
+ * @param[in]     pThresholds  tc0, 4 values, one to a group
+ * @param[in]     pBS          strengths, 4 values, one to a group
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the edge is filtered; nothing was to be done if alpha or all of pBS is 0.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingLuma_VerEdge_MBAFF_H264_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep,
+                                                                      uint32_t alpha, uint32_t beta,
+                                                                      const uint8_t *pThresholds, const uint8_t *pBS);
+
+/**
+ * Vertical edges of a 4:2:0 chroma plane of bytes.
+ *
+ * The edges x = 0 and 4 over 8 rows. The strengths are those of the luma edges 0 and 2.
+ *
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance from one row to the next, in bytes
+ * @param[in]     pAlpha       2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pBeta        2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pThresholds  tc0, 8: [4 * e + row / 2] for edge e
+ * @param[in]     pBS          strengths, 12: [8 * e + row / 2] for edge e; [4] to [7] are not read
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma_VerEdge_H264_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep,
+                                                                  const uint8_t *pAlpha, const uint8_t *pBeta,
+                                                                  const uint8_t *pThresholds, const uint8_t *pBS);
+
+/**
+ * Horizontal edges of a 4:2:0 chroma plane of bytes.
+ *
+ * The edges y = 0 and 4 over 8 columns. The strengths are those of the luma edges 0 and 2. On edge 0 the first group
+ * decides about the strong filter, on edge 1 there is only the normal one.
+ *
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance from one row to the next, in bytes
+ * @param[in]     pAlpha       2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pBeta        2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pThresholds  tc0, 8: [4 * e + column / 2] for edge e
+ * @param[in]     pBS          strengths, 12: [8 * e + column / 2] for edge e; [4] to [7] are not read
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma_HorEdge_H264_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep,
+                                                                  const uint8_t *pAlpha, const uint8_t *pBeta,
+                                                                  const uint8_t *pThresholds, const uint8_t *pBS);
+
+/**
+ * Vertical edges of a 4:2:0 plane of interleaved chroma pairs.
+ *
+ * The edges before pairs 0 and 4 over 8 rows; both samples of a pair have the same values. Two pairs, that is 4 bytes,
+ * are read on either side.
+ *
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance from one row to the next, in bytes
+ * @param[in]     pAlpha       2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pBeta        2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pThresholds  tc0, 8: [4 * e + row / 2] for edge e
+ * @param[in]     pBS          strengths, 12: [8 * e + row / 2] for edge e; [4] to [7] are not read
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma_VerEdge_H264_8u_C2IR(uint8_t *pSrcDst, int32_t srcDstStep,
+                                                                  const uint8_t *pAlpha, const uint8_t *pBeta,
+                                                                  const uint8_t *pThresholds, const uint8_t *pBS);
+
+/**
+ * Horizontal edges of a 4:2:0 plane of interleaved chroma pairs.
+ *
+ * The edges y = 0 and 4 over 8 pairs; both samples of a pair have the same values. On edge 0 the first group decides
+ * about the strong filter, on edge 1 there is only the normal one.
+ *
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance from one row to the next, in bytes
+ * @param[in]     pAlpha       2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pBeta        2 values: [0] for edge 0, [1] for the others
+ * @param[in]     pThresholds  tc0, 8: [4 * e + pair / 2] for edge e
+ * @param[in]     pBS          strengths, 12: [8 * e + pair / 2] for edge e; [4] to [7] are not read
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma_HorEdge_H264_8u_C2IR(uint8_t *pSrcDst, int32_t srcDstStep,
+                                                                  const uint8_t *pAlpha, const uint8_t *pBeta,
+                                                                  const uint8_t *pThresholds, const uint8_t *pBS);
+
+/**
+ * One vertical chroma edge over 4 rows of bytes, for frames with field macroblocks.
+ *
+ * Each row is a group.
+ *
+ * @param[in,out] pSrcDst      the sample behind the edge in its first row
+ * @param[in]     srcDstStep   distance from one of these rows to the next, in bytes
+ * @param[in]     alpha        alpha, any 32-bit value
+ * @param[in]     beta         beta, any 32-bit value
+ * @param[in]     pThresholds  tc0, 4 values, one to a group
+ * @param[in]     pBS          strengths, 4 values, one to a group
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the edge is filtered; nothing was to be done if alpha or all of pBS is 0.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma_VerEdge_MBAFF_H264_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep,
+                                                                        uint32_t alpha, uint32_t beta,
+                                                                        const uint8_t *pThresholds, const uint8_t *pBS);
+
+/**
+ * Vertical edges of a 4:2:2 chroma plane of bytes.
+ *
+ * The edges x = 0 and 4 over 16 rows. pAlpha and pBeta have 2 values; pThresholds has 8, [4 * e + row / 4] for edge e;
+ * pBS has 12, of which [8 * e + row / 4] serve edge e and [4] to [7] are not read.
+ *
+ * @param[in] pEdges  the arguments; the record itself is only read
+ *
+ * @retval zvpStatusNullPointer  pEdges or a pointer in it is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma422VerEdge_H264_8u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * Horizontal edges of a 4:2:2 chroma plane of bytes.
+ *
+ * The edges y = 0, 4, 8, 12 over 8 columns. pAlpha and pBeta have 2 values; pThresholds and pBS have 16,
+ * [4 * e + column / 2] for edge e. The first group of each edge decides about its strong filter.
+ *
+ * @param[in] pEdges  the arguments; the record itself is only read
+ *
+ * @retval zvpStatusNullPointer  pEdges or a pointer in it is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma422HorEdge_H264_8u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * Not provided: the vertical edge of a 4:2:2 macroblock of 8-bit samples in frames with field macroblocks.
+ *
+ * @param[in] pEdges  not looked at, null too
+ *
+ * @retval zvpStatusError  always. Nothing is read or written.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma422VerEdgeMBAFF_H264_8u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * Vertical luma edges of a macroblock of 16-bit elements.
+ *
+ * The edges x = 0, 4, 8, 12 over 16 rows. pAlpha and pBeta have 2 values; pThresholds and pBS have 16,
+ * [4 * e + row / 4] for edge e.
+ *
+ * @param[in] pEdges  the arguments; the record itself is only read
+ *
+ * @retval zvpStatusNullPointer  pEdges or a pointer in it is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingLumaVerEdge_H264_16u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * Horizontal luma edges of a macroblock of 16-bit elements.
+ *
+ * The edges y = 0, 4, 8, 12 over 16 columns. pAlpha and pBeta have 2 values; pThresholds and pBS have 16,
+ * [4 * e + column / 4] for edge e.
+ *
+ * @param[in] pEdges  the arguments; the record itself is only read
+ *
+ * @retval zvpStatusNullPointer  pEdges or a pointer in it is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingLumaHorEdge_H264_16u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * Vertical edges of a 4:2:0 chroma plane of 16-bit elements.
+ *
+ * The edges x = 0 and 4 over 8 rows. pAlpha and pBeta have 2 values; pThresholds has 8, [4 * e + row / 2] for edge e;
+ * pBS has 12, of which [8 * e + row / 2] serve edge e and [4] to [7] are not read.
+ *
+ * @param[in] pEdges  the arguments; the record itself is only read
+ *
+ * @retval zvpStatusNullPointer  pEdges or a pointer in it is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChromaVerEdge_H264_16u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * Horizontal edges of a 4:2:0 chroma plane of 16-bit elements.
+ *
+ * The edges y = 0 and 4 over 8 columns. pAlpha and pBeta have 2 values; pThresholds has 8,
+ * [4 * e + column / 2] for edge e; pBS has 12, of which [8 * e + column / 2] serve edge e and
+ * [4] to [7] are not read. On edge 0 the first group decides about the strong filter, edge 1 has the normal one only.
+ *
+ * @param[in] pEdges  the arguments; the record itself is only read
+ *
+ * @retval zvpStatusNullPointer  pEdges or a pointer in it is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChromaHorEdge_H264_16u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * One vertical luma edge over 8 rows of 16-bit elements, for frames with field macroblocks.
+ *
+ * pAlpha and pBeta have 1 value, pThresholds and pBS 4, [row / 2]. srcDstStep leads from one of these rows to the next.
+ *
+ * @param[in] pEdges  the arguments; the record itself is only read
+ *
+ * @retval zvpStatusNullPointer  pEdges or a pointer in it is null. The only check.
+ * @retval zvpStatusOk           the edge is filtered; nothing was to be done if alpha or all of pBS is 0.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingLumaVerEdgeMBAFF_H264_16u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * One vertical chroma edge over 4 rows of 16-bit elements, for frames with field macroblocks.
+ *
+ * pAlpha and pBeta have 1 value, pThresholds and pBS 4, [row]. srcDstStep leads from one of these rows to the next.
+ *
+ * @param[in] pEdges  the arguments; the record itself is only read
+ *
+ * @retval zvpStatusNullPointer  pEdges or a pointer in it is null. The only check.
+ * @retval zvpStatusOk           the edge is filtered; nothing was to be done if alpha or all of pBS is 0.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChromaVerEdgeMBAFF_H264_16u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * Vertical edges of a 4:2:2 chroma plane of 16-bit elements.
+ *
+ * The edges x = 0 and 4 over 16 rows. pAlpha and pBeta have 2 values; pThresholds has 8, [4 * e + row / 4] for edge e;
+ * pBS has 12, of which [8 * e + row / 4] serve edge e and [4] to [7] are not read.
+ *
+ * @param[in] pEdges  the arguments; the record itself is only read
+ *
+ * @retval zvpStatusNullPointer  pEdges or a pointer in it is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma422VerEdge_H264_16u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * Horizontal edges of a 4:2:2 chroma plane of 16-bit elements.
+ *
+ * The edges y = 0, 4, 8, 12 over 8 columns. pAlpha and pBeta have 2 values; pThresholds and pBS have 16,
+ * [4 * e + column / 2] for edge e. The first group of each edge decides about its strong filter.
+ *
+ * @param[in] pEdges  the arguments; the record itself is only read
+ *
+ * @retval zvpStatusNullPointer  pEdges or a pointer in it is null. The only check.
+ * @retval zvpStatusOk           the edges are filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma422HorEdge_H264_16u_C1IR(const H264DeblockEdges *pEdges);
+
+/**
+ * Not provided: the vertical edge of a 4:2:2 macroblock of deeper samples in frames with field macroblocks.
+ *
+ * @param[in] pEdges  not looked at, null too
+ *
+ * @retval zvpStatusError  always. Nothing is read or written.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma422VerEdgeMBAFF_H264_16u_C1IR(const H264DeblockEdges *pEdges);
 
 /** @} */ /* h264_deblocking */
 

@@ -331,8 +331,9 @@ ZVP_INLINE F32<4> toFloat(S32<4> a) { return {_mm_castps_si128(_mm_cvtepi32_ps(a
 ZVP_INLINE S32<4> toInteger(F32<4> a) { return {_mm_cvttps_epi32(_mm_castsi128_ps(a.v))}; }
 #endif
 
-// |a - b| of unsigned bytes.
+// |a - b| of unsigned lanes.
 template <int N> ZVP_INLINE U8<N> absDiff(U8<N> a, U8<N> b) { return subSaturate(a, b) | subSaturate(b, a); }
+template <int N> ZVP_INLINE U16<N> absDiff(U16<N> a, U16<N> b) { return subSaturate(a, b) | subSaturate(b, a); }
 
 // ---- shifts -----------------------------------------------------------------------------------------------------
 // shiftRight is arithmetic on signed lanes and logical on unsigned ones. A count of the lane's width or more gives 0,
