@@ -1451,6 +1451,66 @@ ZVP_API zvpStatus zvpiFilterDeblockingChroma422VerEdgeMBAFF_H264_16u_C1IR(const 
  * @{
  */
 
+/*
+ * The coefficients of one 8x8 block in the context-adaptive 2D code of AVS1-P2 (GB/T 20090.2, 9.4): (run, level) pairs,
+ * high frequency first, as Exp-Golomb codes whose table changes as the largest magnitude grows.
+ *
+ * The stream is 32-bit words in native order, bit 31 first. There is no length and no way for a bad stream to fail: a
+ * run that leaves the block ends it as the end of block does, the cursor behind the code.
+ *
+ * Cursor: on the first bit behind the code that ended the block. Bits: no bound, since a prefix of zeros has none; a
+ * code of a real stream is at most 63 bits long, and a block has at most 65 of them, escapes counting twice.
+ * Look-ahead: none; the word behind the last bit consumed is not read.
+ *
+ * In the second code of an escape, the magnitude, the order is 0 in all three members.
+ */
+
+/**
+ * Decodes an intra luma block of AVS.
+ *
+ * @param[in,out] ppBitStream  address of the pointer to the word that holds the next bit
+ * @param[in,out] pBitOffset   index of the next bit in that word, 31 to 0; not checked
+ * @param[out]    pNumCoeff    frame scan (scanType 0): the number of positions that the pairs cover, 0 to 64; otherwise
+ *                             63, whatever was read
+ * @param[out]    pDstCoeffs   64 coefficients in raster order, all written; levels keep their low 16 bits
+ * @param[in]     scanType     0 frame, 1 field; bit 0 chooses the scan
+ *
+ * @retval zvpStatusNullPointer  ppBitStream, *ppBitStream, pBitOffset, pNumCoeff or pDstCoeffs is null.
+ * @retval zvpStatusOk           The block was written, also when the stream is damaged.
+ */
+ZVP_API zvpStatus zvpiDecodeLumaBlockIntra_AVS_1u16s(const uint32_t **ppBitStream, int32_t *pBitOffset,
+                                                     int32_t *pNumCoeff, int16_t *pDstCoeffs, int32_t scanType);
+
+/**
+ * Decodes an inter luma block of AVS, as zvpiDecodeLumaBlockIntra_AVS_1u16s() with the tables of inter blocks.
+ *
+ * @param[in,out] ppBitStream  address of the pointer to the word that holds the next bit
+ * @param[in,out] pBitOffset   index of the next bit in that word, 31 to 0; not checked
+ * @param[out]    pNumCoeff    positions covered, or 63 for a field scan
+ * @param[out]    pDstCoeffs   64 coefficients in raster order, all written
+ * @param[in]     scanType     0 frame, 1 field; bit 0 chooses the scan
+ *
+ * @retval zvpStatusNullPointer  ppBitStream, *ppBitStream, pBitOffset, pNumCoeff or pDstCoeffs is null.
+ * @retval zvpStatusOk           The block was written, also when the stream is damaged.
+ */
+ZVP_API zvpStatus zvpiDecodeLumaBlockInter_AVS_1u16s(const uint32_t **ppBitStream, int32_t *pBitOffset,
+                                                     int32_t *pNumCoeff, int16_t *pDstCoeffs, int32_t scanType);
+
+/**
+ * Decodes a chroma block of AVS, as zvpiDecodeLumaBlockIntra_AVS_1u16s() with the tables of chroma blocks.
+ *
+ * @param[in,out] ppBitStream  address of the pointer to the word that holds the next bit
+ * @param[in,out] pBitOffset   index of the next bit in that word, 31 to 0; not checked
+ * @param[out]    pNumCoeff    positions covered, or 63 for a field scan
+ * @param[out]    pDstCoeffs   64 coefficients in raster order, all written
+ * @param[in]     scanType     0 frame, 1 field; other values have no meaning here
+ *
+ * @retval zvpStatusNullPointer  ppBitStream, *ppBitStream, pBitOffset, pNumCoeff or pDstCoeffs is null.
+ * @retval zvpStatusOk           The block was written, also when the stream is damaged.
+ */
+ZVP_API zvpStatus zvpiDecodeChromaBlock_AVS_1u16s(const uint32_t **ppBitStream, int32_t *pBitOffset, int32_t *pNumCoeff,
+                                                  int16_t *pDstCoeffs, int32_t scanType);
+
 /** @} */ /* avs_avs_block_entropy_decoding */
 
 /**
