@@ -997,6 +997,248 @@ ZVP_API zvpStatus zvpiDecodeExpGolombOne_H264_1u32s(const uint32_t **ppBitStream
  * @{
  */
 
+/*
+ * What holds for this family:
+ *   - Sub-sample prediction of H.264, clause 8.4.2.2. Luma positions are quarters of a sample, chroma ones eighths.
+ *     Half-sample luma: the six-tap filter (1, -5, 20, 20, -5, 1) along the row (b), along the column (h) or along both
+ *     with one rounding at the end (j), clipped to the sample's range; quarter-sample luma: the rounded mean of two
+ *     neighbouring whole or half samples. Chroma: the rounded mean of four samples, weighted by the fractions.
+ *   - 8u steps are bytes. Steps of the 16u records are elements (samples of 16 bits), unlike elsewhere.
+ *   - Steps are not checked but in the plain 16u members; they may be odd, and negative where no check refuses it.
+ *   - Pointers need not be aligned, those to 16-bit samples neither. Source and destination must not overlap.
+ *   - Reach of a block of W x H samples, rows and columns counted from its top left sample. Luma: columns 0..W-1 if dx
+ *     is 0, else -2..W+2; rows 0..H-1 if dy is 0, else -2..H+2; of positions with dx and dy odd the corners of that
+ *     area are left out: only rows -2..H+2 of one block-wide column range and columns -2..W+2 of H rows are read.
+ *     Chroma: columns 0..W-1 if dx is 0, else 0..W; rows 0..H-1 if dy is 0, else 0..H. Exactly the block is written.
+ *   - bitDepth gives the clip of 16-bit luma: 0..2^bitDepth - 1, for depths of 1 to 16. It is not checked; the shift
+ *     takes it modulo 32, and results are never above 65535. Chroma needs no clip and does not look at it.
+ *   - A width of 0 and a height of 0 or less, where the size test lets them pass, are empty blocks: nothing is read or
+ *     written.
+ */
+
+/**
+ * A block of 8-bit samples and its vector, for the Block members.
+ *
+ * srcStep occupies a slot of 64 bits. Only its low 32 bits are read, with their sign, so a caller may as well have
+ * written a 64-bit value there; what is behind the 32 bits does not matter.
+ */
+typedef struct H264InterpolateBlock8u {
+  const uint8_t *pSrc[2]; /**< Source planes, each at its sample (0, 0). Luma and interleaved chroma use the first. */
+  int32_t srcStep;        /**< Distance between rows of the source planes, in bytes. */
+  uint8_t *pDst[2];       /**< Destination planes, already at the block. Luma uses the first. */
+  int32_t dstStep;        /**< Distance between rows of the destinations, in bytes. */
+  zvpSize frameSize;      /**< Size of the source planes in samples; of an interleaved plane, in pairs. */
+  zvpSize blockSize;      /**< Size of the block in samples of a plane. */
+  zvpPoint blockPos;      /**< The block's top left sample in the plane. */
+  zvpPoint motionVector;  /**< Vector: quarters of a luma sample, eighths of a chroma sample. */
+} H264InterpolateBlock8u;
+
+/** A block of 16-bit samples and its vector: as H264InterpolateBlock8u, with steps in elements and a sample depth. */
+typedef struct H264InterpolateBlock16u {
+  const uint16_t *pSrc[2]; /**< Source planes, each at its sample (0, 0). Luma uses the first. */
+  int32_t srcStep;         /**< Distance between rows of the source planes, in elements; see H264InterpolateBlock8u. */
+  uint16_t *pDst[2];       /**< Destination planes, already at the block. Luma uses the first. */
+  int32_t dstStep;         /**< Distance between rows of the destinations, in elements. */
+  zvpSize frameSize;       /**< Size of the source planes in samples. */
+  zvpSize blockSize;       /**< Size of the block in samples of a plane. */
+  zvpPoint blockPos;       /**< The block's top left sample in the plane. */
+  zvpPoint motionVector;   /**< Vector: quarters of a luma sample, eighths of a chroma sample. */
+  int32_t bitDepth;        /**< Sample depth, 1 to 16. */
+} H264InterpolateBlock16u;
+
+/** A place in a plane of 16-bit samples and the fractions to interpolate at, for the plain 16u members. */
+typedef struct H264Interpolate16u {
+  const uint16_t *pSrc; /**< Source at the whole-sample position. */
+  int32_t srcStep;      /**< Distance between rows of the source, in elements. */
+  uint16_t *pDst;       /**< Destination. */
+  int32_t dstStep;      /**< Distance between rows of the destination, in elements. */
+  int32_t dx;           /**< Horizontal fraction: 0 to 3 in luma, 0 to 7 in chroma. */
+  int32_t dy;           /**< Vertical fraction, likewise. */
+  zvpSize roiSize;      /**< Size of the block. */
+  int32_t bitDepth;     /**< Sample depth, 1 to 16. */
+} H264Interpolate16u;
+
+/**
+ * Luma prediction of a block at a quarter-sample position, 8-bit (H.264 8.4.2.2.1).
+ *
+ * @param[in]  pSrc     source at the whole-sample position
+ * @param[in]  srcStep  distance between rows of pSrc, in bytes; any value
+ * @param[out] pDst     the block
+ * @param[in]  dstStep  distance between rows of pDst, in bytes; any value
+ * @param[in]  dx       horizontal fraction in quarters, 0 to 3
+ * @param[in]  dy       vertical fraction in quarters, 0 to 3
+ * @param[in]  roiSize  width 0, 4, 8, ... 28, height any multiple of 4
+ *
+ * Reads:  the luma reach of the family.
+ * Writes: the block. Its samples may be written more than once and read back in between.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..3.
+ * @retval zvpStatusBadSize      the height is no multiple of 4, or the width none of those above.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateLuma_H264_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
+                                                  int32_t dx, int32_t dy, zvpSize roiSize);
+
+/**
+ * Luma prediction of a block at a quarter-sample position, 16-bit (H.264 8.4.2.2.1).
+ *
+ * @param[in] pRecord  the place, the fractions 0 to 3 and the size: 4x4, 4x8, 8x4, 8x8, 8x16, 16x8 or 16x16
+ *
+ * Reads:  the record and the luma reach of the family.
+ * Writes: the block. Its samples may be written more than once and read back in between.
+ *
+ * @retval zvpStatusNullPointer  pRecord, its pSrc or its pDst is null.
+ * @retval zvpStatusBadStep      srcStep or dstStep is below the width.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..3.
+ * @retval zvpStatusBadSize      height or width is not 4, 8 or 16, or the block is 4x16 or 16x4.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateLuma_H264_16u_C1R(const H264Interpolate16u *pRecord);
+
+/**
+ * Chroma prediction of a block at an eighth-sample position, 8-bit (H.264 8.4.2.2.2).
+ *
+ * @param[in]  pSrc     source at the whole-sample position
+ * @param[in]  srcStep  distance between rows of pSrc, in bytes; any value
+ * @param[out] pDst     the block
+ * @param[in]  dstStep  distance between rows of pDst, in bytes; any value
+ * @param[in]  dx       horizontal fraction in eighths, 0 to 7
+ * @param[in]  dy       vertical fraction in eighths, 0 to 7
+ * @param[in]  roiSize  width 0, 2, 4, ... 14, height any even number
+ *
+ * Reads:  the chroma reach of the family.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..7.
+ * @retval zvpStatusBadSize      the height is odd, or the width none of those above.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateChroma_H264_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst,
+                                                    int32_t dstStep, int32_t dx, int32_t dy, zvpSize roiSize);
+
+/**
+ * Chroma prediction of a block at an eighth-sample position, 16-bit (H.264 8.4.2.2.2).
+ *
+ * The four-sample formula is used for every fraction, so the column right of the block and the row below it are read
+ * also where dx or dy is 0; they have no weight then.
+ *
+ * @param[in] pRecord  the place, the fractions 0 to 7 and the size: width and height each 2, 4, 8 or 16
+ *
+ * Reads:  the record; H + 1 rows of W + 1 samples.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pRecord, its pSrc or its pDst is null.
+ * @retval zvpStatusBadStep      srcStep or dstStep is below 8, whatever the width.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..7.
+ * @retval zvpStatusBadSize      height or width is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateChroma_H264_16u_C1R(const H264Interpolate16u *pRecord);
+
+/**
+ * Chroma prediction of a block in an interleaved plane into two planes, 8-bit (H.264 8.4.2.2.2).
+ *
+ * @param[in]  pSrc     source at the whole-sample position: U in even bytes, V in odd ones
+ * @param[in]  srcStep  distance between rows of pSrc, in bytes; any value
+ * @param[out] pDstU    the block of U
+ * @param[out] pDstV    the block of V
+ * @param[in]  dstStep  distance between rows of pDstU and of pDstV, in bytes; any value
+ * @param[in]  dx       horizontal fraction in eighths, 0 to 7
+ * @param[in]  dy       vertical fraction in eighths, 0 to 7
+ * @param[in]  roiSize  size of a destination block: width 0, 2, 4, ... 14, height any even number
+ *
+ * Reads:  the chroma reach of the family, in pairs of bytes.
+ * Writes: the two blocks.
+ *
+ * @retval zvpStatusNullPointer  pSrc, pDstU or pDstV is null.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..7.
+ * @retval zvpStatusBadSize      the height is odd, or the width none of those above.
+ * @retval zvpStatusOk           Both blocks are written.
+ */
+ZVP_API zvpStatus zvpiInterpolateChroma_H264_8u_C2P2R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDstU,
+                                                      uint8_t *pDstV, int32_t dstStep, int32_t dx, int32_t dy,
+                                                      zvpSize roiSize);
+
+/**
+ * Luma prediction of a block by its vector, 8-bit, with samples beyond the picture's edges replaced by the edge's.
+ *
+ * The reference area is the block moved by the whole part of the vector, with 2 samples before and 3 behind it along an
+ * axis that has a fraction. Where it leaves the plane, coordinates are clamped (H.264 8.4.2.2.1). Of two opposite edges
+ * that the area crosses at once only the left or the top one is repaired; the other side is read as it stands, beyond
+ * the plane. A zero vector copies the block at blockPos without any test against the frame.
+ *
+ * @param[in] pRecord  planes, sizes, position and vector; the first source and the first destination are used. Block
+ *                     widths 0, 4, 8, ... 28, heights any multiple of 4. Position and vector are not checked.
+ *
+ * Reads:  the record; the reference area as far as it lies in the plane and is not clamped away.
+ * Writes: the block at pDst[0].
+ *
+ * @retval zvpStatusNullPointer  pRecord, pSrc[0] or pDst[0] is null.
+ * @retval zvpStatusBadSize      the block's height is no multiple of 4, or its width none of those above.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateLumaBlock_H264_8u_P1R(const H264InterpolateBlock8u *pRecord);
+
+/**
+ * Luma prediction of a block by its vector, 16-bit: as zvpiInterpolateLumaBlock_H264_8u_P1R().
+ *
+ * @param[in] pRecord  planes, sizes, position, vector and depth; the first source and the first destination are used
+ *
+ * @retval zvpStatusNullPointer  pRecord, pSrc[0] or pDst[0] is null.
+ * @retval zvpStatusBadSize      the block's height is no multiple of 4, or its width not 0, 4, 8, ... 28.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateLumaBlock_H264_16u_P1R(const H264InterpolateBlock16u *pRecord);
+
+/**
+ * Chroma prediction of a block in two planes by its vector, 8-bit, with samples beyond the picture's edges replaced by
+ * the edge's.
+ *
+ * As zvpiInterpolateLumaBlock_H264_8u_P1R(), the vector in eighths of a sample and the reference area with 1 sample
+ * behind the block along an axis that has a fraction (H.264 8.4.2.2.2). Both planes share steps, size and vector.
+ *
+ * @param[in] pRecord  planes, sizes, position and vector. Block widths 0, 2, 4, ... 14, heights any even number.
+ *
+ * Reads:  the record; of each plane the reference area as far as it lies in the plane and is not clamped away.
+ * Writes: the blocks at pDst[0] and pDst[1].
+ *
+ * @retval zvpStatusNullPointer  pRecord or one of the four planes is null.
+ * @retval zvpStatusBadSize      the block's height is odd, or its width none of those above.
+ * @retval zvpStatusOk           Both blocks are written.
+ */
+ZVP_API zvpStatus zvpiInterpolateChromaBlock_H264_8u_P2R(const H264InterpolateBlock8u *pRecord);
+
+/**
+ * Chroma prediction of a block in two planes by its vector, 16-bit: as zvpiInterpolateChromaBlock_H264_8u_P2R().
+ *
+ * @param[in] pRecord  planes, sizes, position and vector
+ *
+ * @retval zvpStatusNullPointer  pRecord or one of the four planes is null.
+ * @retval zvpStatusBadSize      the block's height is odd, or its width not 0, 2, 4, ... 14.
+ * @retval zvpStatusOk           Both blocks are written.
+ */
+ZVP_API zvpStatus zvpiInterpolateChromaBlock_H264_16u_P2R(const H264InterpolateBlock16u *pRecord);
+
+/**
+ * Chroma prediction of a block in an interleaved plane into two planes by its vector, 8-bit.
+ *
+ * As zvpiInterpolateChromaBlock_H264_8u_P2R(), of pSrc[0] alone. Position, vector and the width of the frame count
+ * pairs.
+ *
+ * @param[in] pRecord  plane, sizes, position and vector. Block widths 0, 2, 4, ... 14, heights any even number. pDst[1]
+ *                     is required but not tested.
+ *
+ * Reads:  the record; the reference area as far as it lies in the plane and is not clamped away.
+ * Writes: the blocks at pDst[0], U, and pDst[1], V.
+ *
+ * @retval zvpStatusNullPointer  pRecord, pSrc[0] or pDst[0] is null.
+ * @retval zvpStatusBadSize      the block's height is odd, or its width none of those above.
+ * @retval zvpStatusOk           Both blocks are written.
+ */
+ZVP_API zvpStatus zvpiInterpolateChromaBlock_H264_8u_C2P2R(const H264InterpolateBlock8u *pRecord);
+
 /** @} */ /* h264_luma_and_chroma_interpolation */
 
 /**
@@ -1004,12 +1246,515 @@ ZVP_API zvpStatus zvpiDecodeExpGolombOne_H264_1u32s(const uint32_t **ppBitStream
  * @{
  */
 
+/*
+ * What holds for this family:
+ *   - Units, steps, records, fractions and empty blocks are those of luma and chroma interpolation.
+ *   - The Top and Bottom members repair the vertical direction only. They interpolate a copy of the block and its
+ *     surround, in which rows beyond the edge repeat the edge's row. Rows of the source count from pSrc; H is the
+ *     block's height. Left and right of the block the source is read as it stands.
+ *   - Columns read: luma 0..W-1 if dx is 0, else -2..W+2; chroma 0..W-1 if dx is 0, else 0..W+3.
+ */
+
+/**
+ * Luma prediction of a block that crosses the top edge of a picture or slice, 8-bit.
+ *
+ * Rows above row outPixels are replaced by it. With outPixels of 0 or less as many rows above the block are there.
+ *
+ * @param[in]  pSrc       source at the whole-sample position
+ * @param[in]  srcStep    distance between rows of pSrc, in bytes; any value
+ * @param[out] pDst       the block
+ * @param[in]  dstStep    distance between rows of pDst, in bytes; any value
+ * @param[in]  dx         horizontal fraction in quarters, 0 to 3
+ * @param[in]  dy         vertical fraction in quarters, 0 to 3
+ * @param[in]  outPixels  rows of the block that lie beyond the edge; any value
+ * @param[in]  roiSize    width 0, 4, 8, ... 28, height any multiple of 4
+ *
+ * Reads:  rows -2..H+2, or 0..H-1 if dy is 0, as far as they do not lie above row outPixels; row outPixels
+ *         alone if they all do.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..3.
+ * @retval zvpStatusBadSize      the height is no multiple of 4, or the width none of those above.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateLumaTop_H264_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst,
+                                                     int32_t dstStep, int32_t dx, int32_t dy,
+                                                     int32_t outPixels, zvpSize roiSize);
+
+/**
+ * Luma prediction of a block that crosses the top edge, 16-bit: as zvpiInterpolateLumaTop_H264_8u_C1R().
+ *
+ * @param[in] pRecord    the place, the fractions 0 to 3 and the size, as for zvpiInterpolateLuma_H264_16u_C1R()
+ * @param[in] outPixels  rows of the block that lie beyond the edge; any value
+ *
+ * @retval zvpStatusNullPointer  pRecord, its pSrc or its pDst is null.
+ * @retval zvpStatusBadStep      srcStep or dstStep is below the width.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..3.
+ * @retval zvpStatusBadSize      height or width is not 4, 8 or 16, or the block is 4x16 or 16x4.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateLumaTop_H264_16u_C1R(const H264Interpolate16u *pRecord, int32_t outPixels);
+
+/**
+ * Luma prediction of a block that crosses the bottom edge of a picture or slice, 8-bit.
+ *
+ * Rows below row H - outPixels - 1 are replaced by it; with outPixels 0 that is the block's last row.
+ *
+ * @param[in]  pSrc       source at the whole-sample position
+ * @param[in]  srcStep    distance between rows of pSrc, in bytes; any value
+ * @param[out] pDst       the block
+ * @param[in]  dstStep    distance between rows of pDst, in bytes; any value
+ * @param[in]  dx         horizontal fraction in quarters, 0 to 3
+ * @param[in]  dy         vertical fraction in quarters, 0 to 3
+ * @param[in]  outPixels  rows of the block that lie beyond the edge; any value
+ * @param[in]  roiSize    width 0, 4, 8, ... 28, height any multiple of 4
+ *
+ * Reads:  rows -2..H+2, or 0..H-1 if dy is 0, as far as they do not lie below row H - outPixels - 1; that row
+ *         alone if they all do.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..3.
+ * @retval zvpStatusBadSize      the height is no multiple of 4, or the width none of those above.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateLumaBottom_H264_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst,
+                                                        int32_t dstStep, int32_t dx, int32_t dy,
+                                                        int32_t outPixels, zvpSize roiSize);
+
+/**
+ * Luma prediction of a block that crosses the bottom edge, 16-bit: as zvpiInterpolateLumaBottom_H264_8u_C1R().
+ *
+ * @param[in] pRecord    the place, the fractions 0 to 3 and the size, as for zvpiInterpolateLuma_H264_16u_C1R()
+ * @param[in] outPixels  rows of the block that lie beyond the edge; any value
+ *
+ * @retval zvpStatusNullPointer  pRecord, its pSrc or its pDst is null.
+ * @retval zvpStatusBadStep      srcStep or dstStep is below the width.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..3.
+ * @retval zvpStatusBadSize      height or width is not 4, 8 or 16, or the block is 4x16 or 16x4.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateLumaBottom_H264_16u_C1R(const H264Interpolate16u *pRecord, int32_t outPixels);
+
+/**
+ * Chroma prediction of a block that crosses the top edge of a picture or slice, 8-bit.
+ *
+ * Rows above row outPixels are replaced by it. With a negative outPixels the whole copy begins at that row: the block
+ * that is interpolated lies -outPixels rows above pSrc.
+ *
+ * @param[in]  pSrc       source at the whole-sample position
+ * @param[in]  srcStep    distance between rows of pSrc, in bytes; any value
+ * @param[out] pDst       the block
+ * @param[in]  dstStep    distance between rows of pDst, in bytes; any value
+ * @param[in]  dx         horizontal fraction in eighths, 0 to 7
+ * @param[in]  dy         vertical fraction in eighths, 0 to 7
+ * @param[in]  outPixels  rows of the block that lie beyond the edge; any value
+ * @param[in]  roiSize    width 0, 2, 4, ... 14, height any even number
+ *
+ * Reads:  rows 0..H, or 0..H-1 if dy is 0, as far as they do not lie above row outPixels; row outPixels alone if
+ *         they all do; with a negative outPixels those rows, that much higher.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..7.
+ * @retval zvpStatusBadSize      the height is odd, or the width none of those above.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateChromaTop_H264_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst,
+                                                       int32_t dstStep, int32_t dx, int32_t dy,
+                                                       int32_t outPixels, zvpSize roiSize);
+
+/**
+ * Chroma prediction of a block that crosses the top edge, 16-bit: as zvpiInterpolateChromaTop_H264_8u_C1R().
+ *
+ * @param[in] pRecord    the place, the fractions 0 to 7 and the size, as for zvpiInterpolateChroma_H264_16u_C1R()
+ * @param[in] outPixels  rows of the block that lie beyond the edge; any value
+ *
+ * @retval zvpStatusNullPointer  pRecord, its pSrc or its pDst is null.
+ * @retval zvpStatusBadStep      srcStep or dstStep is below 8, whatever the width.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..7.
+ * @retval zvpStatusBadSize      height or width is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateChromaTop_H264_16u_C1R(const H264Interpolate16u *pRecord, int32_t outPixels);
+
+/**
+ * Chroma prediction of a block that crosses the bottom edge of a picture or slice, 8-bit.
+ *
+ * Rows below row H - outPixels - 1 are replaced by it; with outPixels 0 that is the block's last row.
+ *
+ * @param[in]  pSrc       source at the whole-sample position
+ * @param[in]  srcStep    distance between rows of pSrc, in bytes; any value
+ * @param[out] pDst       the block
+ * @param[in]  dstStep    distance between rows of pDst, in bytes; any value
+ * @param[in]  dx         horizontal fraction in eighths, 0 to 7
+ * @param[in]  dy         vertical fraction in eighths, 0 to 7
+ * @param[in]  outPixels  rows of the block that lie beyond the edge; any value
+ * @param[in]  roiSize    width 0, 2, 4, ... 14, height any even number
+ *
+ * Reads:  rows 0..H, or 0..H-1 if dy is 0, as far as they do not lie below row H - outPixels - 1; that row alone if
+ *         they all do.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..7.
+ * @retval zvpStatusBadSize      the height is odd, or the width none of those above.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateChromaBottom_H264_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst,
+                                                          int32_t dstStep, int32_t dx, int32_t dy,
+                                                          int32_t outPixels, zvpSize roiSize);
+
+/**
+ * Chroma prediction of a block that crosses the bottom edge, 16-bit: as zvpiInterpolateChromaBottom_H264_8u_C1R().
+ *
+ * @param[in] pRecord    the place, the fractions 0 to 7 and the size, as for zvpiInterpolateChroma_H264_16u_C1R()
+ * @param[in] outPixels  rows of the block that lie beyond the edge; any value
+ *
+ * @retval zvpStatusNullPointer  pRecord, its pSrc or its pDst is null.
+ * @retval zvpStatusBadStep      srcStep or dstStep is below 8, whatever the width.
+ * @retval zvpStatusBadArgument  dx or dy is not in 0..7.
+ * @retval zvpStatusBadSize      height or width is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateChromaBottom_H264_16u_C1R(const H264Interpolate16u *pRecord, int32_t outPixels);
+
+/**
+ * Fills the margin around a plane with the nearest samples of the plane, for a frame or for one field of it.
+ *
+ * With e for expandPixels. Frame: the last row goes to the e rows below; then all rows from 0 to height + e - 1 get e
+ * samples left and right of them; then row 0 with its margins goes to the e rows above. A field does the same with its
+ * own rows, every second one. Top field (rows 0, 2, ...): (e + 1) / 2 of its rows below and e / 2 above the plane.
+ * Bottom field (rows 1, 3, ...): e / 2 below and (e + 1) / 2 above.
+ *
+ * @param[in,out] pPlane        sample (0, 0) of the plane; the margin around it belongs to the caller's memory
+ * @param[in]     width         width of the plane, not 0
+ * @param[in]     height        height of the frame, even, at least 2
+ * @param[in]     step          distance between rows of the frame, in bytes; any value
+ * @param[in]     expandPixels  margin in samples; 0 does nothing, and frameKind is not looked at then
+ * @param[in]     frameKind     0 frame, 1 top field, 2 bottom field
+ *
+ * Reads:  of each row treated its first and last sample, and the first and the last row.
+ * Writes: the margins described.
+ *
+ * @retval zvpStatusNullPointer  pPlane is null.
+ * @retval zvpStatusBadSize      height is odd or below 2, or width is 0.
+ * @retval zvpStatusBadArgument  expandPixels is not 0 and frameKind is above 2.
+ * @retval zvpStatusOk           The margin is filled, or expandPixels is 0.
+ */
+ZVP_API zvpStatus zvpiExpandPlane_H264_8u_C1R(uint8_t *pPlane, int32_t width, int32_t height, int32_t step,
+                                              uint32_t expandPixels, uint32_t frameKind);
+
+/**
+ * Rounded mean of two predictions (H.264 8.4.2.3.1), one step for all: (src1 + src2 + 1) >> 1.
+ *
+ * @param[in]  pSrc1   first prediction
+ * @param[in]  pSrc2   second prediction
+ * @param[out] pDst    the block; may be pSrc1 or pSrc2
+ * @param[in]  width   2 to 16, odd widths too
+ * @param[in]  height  2 to 16
+ * @param[in]  step    distance between rows of all three, in bytes; any value
+ *
+ * Reads:  the two blocks.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  a pointer is null.
+ * @retval zvpStatusBadSize      width or height is not in 2..16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateBlock_H264_8u_P2P1R(const uint8_t *pSrc1, const uint8_t *pSrc2, uint8_t *pDst,
+                                                     uint32_t width, uint32_t height, int32_t step);
+
+/**
+ * Rounded mean of two predictions (H.264 8.4.2.3.1), a step for each: (src1 + src2 + 1) >> 1.
+ *
+ * @param[in]  pSrc1     first prediction
+ * @param[in]  pSrc2     second prediction
+ * @param[out] pDst      the block; may be pSrc1 or pSrc2 with the same step
+ * @param[in]  width     2 to 16, odd widths too
+ * @param[in]  height    2 to 16
+ * @param[in]  src1Step  distance between rows of pSrc1, in bytes; any value
+ * @param[in]  src2Step  distance between rows of pSrc2, in bytes; any value
+ * @param[in]  dstStep   distance between rows of pDst, in bytes; any value
+ *
+ * Reads:  the two blocks.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  a pointer is null.
+ * @retval zvpStatusBadSize      width or height is not in 2..16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateBlock_H264_8u_P3P1R(const uint8_t *pSrc1, const uint8_t *pSrc2, uint8_t *pDst,
+                                                     uint32_t width, uint32_t height, int32_t src1Step,
+                                                     int32_t src2Step, int32_t dstStep);
+
 /** @} */ /* h264_interpolation_across_picture_edges */
 
 /**
  * @defgroup h264_weighted_prediction H.264: weighted prediction
  * @{
  */
+
+/*
+ * What holds for this family:
+ *   - Weighted sample prediction of H.264, clause 8.4.2.3.2, on blocks that have been interpolated. Each sample is
+ *     read, weighted and written at its own place.
+ *   - Steps of the 8u members are bytes, those of the 16u members elements. Where they are checked, they are compared
+ *     with the width as unsigned numbers: a negative step passes and is used as it is.
+ *   - Clip means to 0..255, or to 0..2^bitDepth - 1 in the 16u members. Weights, offsets, logWD and bitDepth are not
+ *     checked: arithmetic is of 32 bits and wraps, and shift counts use their low five bits. 16-bit results keep their
+ *     low 16 bits.
+ *   - Pointers need not be aligned. The destination may be one of the sources, with its step; it must not overlap them
+ *     otherwise.
+ *   - Reads and writes exactly the blocks.
+ */
+
+/** Two predictions of 16-bit samples and their result, for the two-directional 16u members. */
+typedef struct WeightBlockRecord {
+  const uint16_t *pSrc1; /**< First prediction. */
+  int32_t src1Step;      /**< Distance between rows of pSrc1, in elements. */
+  const uint16_t *pSrc2; /**< Second prediction. */
+  int32_t src2Step;      /**< Distance between rows of pSrc2, in elements. */
+  uint16_t *pDst;        /**< Result. */
+  int32_t dstStep;       /**< Distance between rows of pDst, in elements. */
+  zvpSize roiSize;       /**< Size of the blocks. */
+  int32_t bitDepth;      /**< Sample depth; results are clipped to 2^bitDepth - 1. */
+} WeightBlockRecord;
+
+/**
+ * Weighted prediction from one reference, in place, 8-bit.
+ *
+ * clip(((s * weight + r) >> logWD) + offset), with r = 1 << (logWD - 1), or 0 if logWD is 0.
+ *
+ * @param[in,out] pSrcDst     the prediction, weighted in place
+ * @param[in]     srcDstStep  distance between rows, in bytes
+ * @param[in]     logWD       binary logarithm of the weight's denominator
+ * @param[in]     weight      weight
+ * @param[in]     offset      offset
+ * @param[in]     roiSize     width and height, each 2, 4, 8 or 16
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusBadStep      srcDstStep is below the width.
+ * @retval zvpStatusBadSize      width or height is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiUniDirWeightBlock_H264_8u_C1R(uint8_t *pSrcDst, int32_t srcDstStep, int32_t logWD,
+                                                    int32_t weight, int32_t offset, zvpSize roiSize);
+
+/**
+ * The same as zvpiUniDirWeightBlock_H264_8u_C1R() under another name.
+ *
+ * @param[in,out] pSrcDst     the prediction, weighted in place
+ * @param[in]     srcDstStep  distance between rows, in bytes
+ * @param[in]     logWD       binary logarithm of the weight's denominator
+ * @param[in]     weight      weight
+ * @param[in]     offset      offset
+ * @param[in]     roiSize     width and height, each 2, 4, 8 or 16
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusBadStep      srcDstStep is below the width.
+ * @retval zvpStatusBadSize      width or height is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiUniDirWeightBlock_H264_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep, int32_t logWD,
+                                                     int32_t weight, int32_t offset, zvpSize roiSize);
+
+/**
+ * Weighted prediction from two references with explicit weights, 8-bit, one step for both sources.
+ *
+ * clip(((s1 * weight1 + s2 * weight2 + (1 << logWD)) >> (logWD + 1)) + ((offset1 + offset2 + 1) >> 1)).
+ *
+ * @param[in]  pSrc1    first prediction
+ * @param[in]  pSrc2    second prediction
+ * @param[out] pDst     result
+ * @param[in]  srcStep  distance between rows of pSrc1 and of pSrc2, in bytes
+ * @param[in]  dstStep  distance between rows of pDst, in bytes
+ * @param[in]  logWD    binary logarithm of the weights' denominator
+ * @param[in]  weight1  weight of the first prediction
+ * @param[in]  offset1  offset of the first prediction
+ * @param[in]  weight2  weight of the second prediction
+ * @param[in]  offset2  offset of the second prediction
+ * @param[in]  roiSize  width and height, each 2, 4, 8 or 16
+ *
+ * @retval zvpStatusNullPointer  a pointer is null.
+ * @retval zvpStatusBadStep      a step is below the width.
+ * @retval zvpStatusBadSize      width or height is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiBiDirWeightBlock_H264_8u_P2P1R(const uint8_t *pSrc1, const uint8_t *pSrc2, uint8_t *pDst,
+                                                     int32_t srcStep, int32_t dstStep, int32_t logWD, int32_t weight1,
+                                                     int32_t offset1, int32_t weight2, int32_t offset2,
+                                                     zvpSize roiSize);
+
+/**
+ * Weighted prediction from two references with explicit weights, 8-bit, a step for each plane.
+ *
+ * clip(((s1 * weight1 + s2 * weight2 + (1 << logWD)) >> (logWD + 1)) + ((offset1 + offset2 + 1) >> 1)).
+ *
+ * @param[in]  pSrc1     first prediction
+ * @param[in]  pSrc2     second prediction
+ * @param[out] pDst      result
+ * @param[in]  src1Step  distance between rows of pSrc1, in bytes
+ * @param[in]  src2Step  distance between rows of pSrc2, in bytes
+ * @param[in]  dstStep   distance between rows of pDst, in bytes
+ * @param[in]  logWD     binary logarithm of the weights' denominator
+ * @param[in]  weight1   weight of the first prediction
+ * @param[in]  offset1   offset of the first prediction
+ * @param[in]  weight2   weight of the second prediction
+ * @param[in]  offset2   offset of the second prediction
+ * @param[in]  roiSize   width and height, each 2, 4, 8 or 16
+ *
+ * @retval zvpStatusNullPointer  a pointer is null.
+ * @retval zvpStatusBadStep      a step is below the width.
+ * @retval zvpStatusBadSize      width or height is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiBiDirWeightBlock_H264_8u_P3P1R(const uint8_t *pSrc1, const uint8_t *pSrc2, uint8_t *pDst,
+                                                     int32_t src1Step, int32_t src2Step, int32_t dstStep,
+                                                     int32_t logWD, int32_t weight1, int32_t offset1, int32_t weight2,
+                                                     int32_t offset2, zvpSize roiSize);
+
+/**
+ * Weighted prediction from two references with implicit weights, 8-bit, one step for both sources.
+ *
+ * clip((s1 * weight1 + s2 * weight2 + 32) >> 6).
+ *
+ * @param[in]  pSrc1    first prediction
+ * @param[in]  pSrc2    second prediction
+ * @param[out] pDst     result
+ * @param[in]  srcStep  distance between rows of pSrc1 and of pSrc2, in bytes
+ * @param[in]  dstStep  distance between rows of pDst, in bytes
+ * @param[in]  weight1  weight of the first prediction
+ * @param[in]  weight2  weight of the second prediction
+ * @param[in]  roiSize  width and height, each 2, 4, 8 or 16
+ *
+ * @retval zvpStatusNullPointer  a pointer is null.
+ * @retval zvpStatusBadStep      a step is below the width.
+ * @retval zvpStatusBadSize      width or height is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiBiDirWeightBlockImplicit_H264_8u_P2P1R(const uint8_t *pSrc1, const uint8_t *pSrc2, uint8_t *pDst,
+                                                             int32_t srcStep, int32_t dstStep, int32_t weight1,
+                                                             int32_t weight2, zvpSize roiSize);
+
+/**
+ * Weighted prediction from two references with implicit weights, 8-bit, a step for each plane and any size.
+ *
+ * As zvpiBiDirWeightBlockImplicit_H264_8u_P2P1R(), but neither steps nor size are checked: a width or height of 0 or
+ * less is an empty block.
+ *
+ * @param[in]  pSrc1     first prediction
+ * @param[in]  pSrc2     second prediction
+ * @param[out] pDst      result
+ * @param[in]  src1Step  distance between rows of pSrc1, in bytes
+ * @param[in]  src2Step  distance between rows of pSrc2, in bytes
+ * @param[in]  dstStep   distance between rows of pDst, in bytes
+ * @param[in]  weight1   weight of the first prediction
+ * @param[in]  weight2   weight of the second prediction
+ * @param[in]  roiSize   width and height, any numbers
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           The block is written, if there is any.
+ */
+ZVP_API zvpStatus zvpiBiDirWeightBlockImplicit_H264_8u_P3P1R(const uint8_t *pSrc1, const uint8_t *pSrc2, uint8_t *pDst,
+                                                             int32_t src1Step, int32_t src2Step, int32_t dstStep,
+                                                             int32_t weight1, int32_t weight2, zvpSize roiSize);
+
+/**
+ * Weighted mean of a block and the destination, 8-bit.
+ *
+ * clip(((src * weight1 + r + dst * weight2) >> logWD) + offset), with r = 1 << (logWD - 1), or 0 if logWD is below 1.
+ * The value that is clipped must lie in -256..511.
+ *
+ * @param[in]     pSrc        block that is weighted in
+ * @param[in,out] pSrcDst     the other block, and the result
+ * @param[in]     srcDstStep  distance between rows of both, in bytes
+ * @param[in]     weight1     weight of pSrc
+ * @param[in]     weight2     weight of pSrcDst
+ * @param[in]     logWD       binary logarithm of the weights' denominator
+ * @param[in]     offset      offset
+ * @param[in]     roiSize     width and height, each 2, 4, 8 or 16
+ *
+ * @retval zvpStatusNullPointer  a pointer is null.
+ * @retval zvpStatusBadStep      srcDstStep is below the width.
+ * @retval zvpStatusBadSize      width or height is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiWeightedAverage_H264_8u_C1IR(const uint8_t *pSrc, uint8_t *pSrcDst, int32_t srcDstStep,
+                                                   int32_t weight1, int32_t weight2, int32_t logWD, int32_t offset,
+                                                   zvpSize roiSize);
+
+/**
+ * Weighted prediction from one reference, in place, 16-bit.
+ *
+ * clip(((s * weight + r) >> logWD) + offset), with r = 1 << (logWD - 1), or 0 if logWD is 0.
+ *
+ * @param[in,out] pSrcDst     the prediction, weighted in place
+ * @param[in]     srcDstStep  distance between rows, in elements
+ * @param[in]     logWD       binary logarithm of the weight's denominator
+ * @param[in]     weight      weight
+ * @param[in]     offset      offset, at the scale of the samples
+ * @param[in]     roiSize     width and height, each 2, 4, 8 or 16
+ * @param[in]     bitDepth    sample depth
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusBadStep      srcDstStep is below the width.
+ * @retval zvpStatusBadSize      width or height is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiUnidirWeight_H264_16u_IP2P1R(uint16_t *pSrcDst, int32_t srcDstStep, int32_t logWD, int32_t weight,
+                                                   int32_t offset, zvpSize roiSize, int32_t bitDepth);
+
+/**
+ * Weighted prediction from two references with explicit weights, 16-bit.
+ *
+ * clip(((s1 * weight1 + s2 * weight2 + (1 << logWD)) >> (logWD + 1)) + ((offset1 + offset2 + 1) >> 1)).
+ *
+ * @param[in] pRecord  blocks, steps, depth, and width and height of 2, 4, 8 or 16
+ * @param[in] logWD    binary logarithm of the weights' denominator
+ * @param[in] weight1  weight of the first prediction
+ * @param[in] offset1  offset of the first prediction
+ * @param[in] weight2  weight of the second prediction
+ * @param[in] offset2  offset of the second prediction
+ *
+ * @retval zvpStatusNullPointer  pRecord or a pointer in it is null.
+ * @retval zvpStatusBadStep      a step is below the width.
+ * @retval zvpStatusBadSize      width or height is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiBidirWeight_H264_16u_P2P1R(const WeightBlockRecord *pRecord, int32_t logWD, int32_t weight1,
+                                                 int32_t offset1, int32_t weight2, int32_t offset2);
+
+/**
+ * Weighted prediction from two references with implicit weights, 16-bit.
+ *
+ * clip((s1 * weight1 + s2 * weight2 + 32) >> 6).
+ *
+ * @param[in] pRecord  blocks, steps, depth, and width and height of 2, 4, 8 or 16
+ * @param[in] weight1  weight of the first prediction
+ * @param[in] weight2  weight of the second prediction
+ *
+ * @retval zvpStatusNullPointer  pRecord or a pointer in it is null.
+ * @retval zvpStatusBadStep      a step is below the width.
+ * @retval zvpStatusBadSize      width or height is not 2, 4, 8 or 16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiBidirWeightImplicit_H264_16u_P2P1R(const WeightBlockRecord *pRecord, int32_t weight1,
+                                                         int32_t weight2);
+
+/**
+ * Rounded mean of two predictions, 16-bit: (s1 + s2 + 1) >> 1, without clip.
+ *
+ * Steps are not checked, and odd sizes are carried out.
+ *
+ * @param[in] pRecord  blocks, steps, and width and height of 2 to 16; the depth is not used
+ *
+ * @retval zvpStatusNullPointer  pRecord or a pointer in it is null.
+ * @retval zvpStatusBadSize      width or height is not in 2..16.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiBidir_H264_16u_P2P1R(const WeightBlockRecord *pRecord);
 
 /** @} */ /* h264_weighted_prediction */
 
