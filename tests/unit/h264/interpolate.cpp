@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "h264/prediction.h"
 #include "support/compare.h"
+#include "unit/h264/prediction.h"
 
 using namespace zvptest;
 namespace model = reference::h264;

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "h264/prediction.h"
 #include "reference/h264/interpolate.h"
 #include "support/compare.h"
+#include "unit/h264/prediction.h"
 
 using namespace zvptest;
 namespace model = reference::h264;

@@ -5,8 +5,8 @@
 
 #include <functional>
 
-#include "h264/prediction.h"
 #include "support/compare.h"
+#include "unit/h264/prediction.h"
 
 using namespace zvptest;
 namespace model = reference::h264;
