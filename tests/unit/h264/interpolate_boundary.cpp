@@ -153,7 +153,7 @@ TEST(InterpolateTopAndBottom, ChecksAreThoseOfThePlainEntries) {
       EXPECT_EQ(call(src + 300, dst, 1, 1, {4, -4}), zvpStatusOk);
 
       const uint16_t src16[1024] = {};
-      uint16_t dst16[256] = {7};
+      uint16_t dst16[512] = {7};
       const auto call16 = [&](const uint16_t* from, uint16_t* to, int step, int dx, zvpSize size) {
         return callMember<uint16_t>(edge, luma, from, step, to, step, dx, 0, 1, size, 8);
       };
