@@ -774,10 +774,10 @@ ZVP_API zvpStatus zvpiScanInv_16s_C1(const int16_t *pSrc, int16_t *pDst, int32_t
  * can ask for, is left out. Levels keep 16 bits, those of 32-bit members too: the magnitude of a level with a
  * level_prefix below 16, and the levelCode of one with a longer prefix.
  *
- * Bits:       no bound: a level_prefix ends with the next 1, however far away. A word of ones behind the data ends every
- *             prefix. A level_prefix of more than 35, which no codec writes, asks for a suffix of more than 32 bits: of
- *             those the cursor counts all and moves on by one word, so that the offset may come out negative. Then the
- *             stream is broken; zvpiDecodeExpGolombOne_H264_1u32s() refuses such an offset.
+ * Bits:       no bound: a level_prefix ends with the next 1, however far away. A word of ones behind the data ends
+ *             every prefix. A level_prefix of more than 35, which no codec writes, asks for a suffix of more than 32
+ *             bits: of those the cursor counts all and moves on by one word, so that the offset may come out negative.
+ *             Then the stream is broken; zvpiDecodeExpGolombOne_H264_1u32s() refuses such an offset.
  * Look-ahead: table look-ups read the m bits of a level as a whole, up to 31 bits more than the code has; nothing else
  *             reads ahead.
  * Align:      none for words, tables, scans and coefficients; cursors, counts and arrays of pointers as their type.
@@ -1760,8 +1760,91 @@ ZVP_API zvpStatus zvpiBidir_H264_16u_P2P1R(const WeightBlockRecord *pRecord);
 
 /**
  * @defgroup h264_intra_prediction H.264: intra prediction
+ *
+ * Predicts a block from the reconstructed samples around it, in place (H.264 8.3.1, 8.3.3, 8.3.4).
+ *
+ * pSrcDst is the block's top left sample; the row above and the column to the left are read through negative offsets.
+ * In availabilityFlags a bit says that a neighbour may be used: 1 the row above, 2 the column to the left, 32 the
+ * sample above and to the left, 64 the row above and to the right (4x4 only). Other bits have no say. A neighbour whose
+ * bit is clear, or that the mode does not use, is not read.
  * @{
  */
+
+/**
+ * Predicts a 4x4 luma block.
+ *
+ * Modes as in H.264 table 8-2: 0 vertical, 1 horizontal, 2 DC, 3 diagonal down left, 4 diagonal down right, 5 vertical
+ * right, 6 horizontal down, 7 vertical left, 8 horizontal up.
+ *
+ * A missing neighbour never stops the prediction. Modes 0, 3 and 7 need the row above, 1 and 8 the column to the left,
+ * 4, 5 and 6 both and the corner: each that is missing counts as 128, and the status tells. The DC mode takes the means
+ * of what is there, or 128. Modes 3 and 7 repeat the last sample above if those to its right are missing.
+ *
+ * @param[in,out] pSrcDst            the block, with its neighbours around it
+ * @param[in]     srcDstStep         distance of rows in bytes, 4 or more
+ * @param[in]     mode               0 to 8
+ * @param[in]     availabilityFlags  which neighbours may be used
+ *
+ * Reads:  of the row above 4 samples, 8 in modes 3 and 7 if flag 64 is set; 4 to the left; the corner in modes 4 to 6.
+ * Writes: 4 rows of 4 samples.
+ *
+ * @retval zvpStatusNullPointer             pSrcDst is null.
+ * @retval zvpStatusBadStep                 srcDstStep is below 4.
+ * @retval zvpStatusOutOfRange              mode is above 8.
+ * @retval zvpStatusWarnPredictionFallback  the block is predicted, with 128 for a missing neighbour. Not an error.
+ * @retval zvpStatusOk                      the block is predicted.
+ */
+ZVP_API zvpStatus zvpiPredictIntra_4x4_H264_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep, uint32_t mode,
+                                                    int32_t availabilityFlags);
+
+/**
+ * Predicts a 16x16 luma block.
+ *
+ * Modes as in H.264 table 8-4: 0 vertical, 1 horizontal, 2 DC, 3 plane. The DC mode takes the mean of the sides that
+ * are there, or 128.
+ *
+ * @param[in,out] pSrcDst            the block, with its neighbours around it
+ * @param[in]     srcDstStep         distance of rows in bytes, 16 or more
+ * @param[in]     mode               0 to 3
+ * @param[in]     availabilityFlags  which neighbours may be used
+ *
+ * Reads:  of the row above 16 samples, 16 to the left, as the mode uses them; the corner in mode 3.
+ * Writes: 16 rows of 16 samples.
+ *
+ * @retval zvpStatusNullPointer            pSrcDst is null.
+ * @retval zvpStatusBadStep                srcDstStep is below 16.
+ * @retval zvpStatusOutOfRange             mode is above 3.
+ * @retval zvpStatusPredictionUnavailable  mode 0 without the row above, 1 without the column to the left, 3 without one
+ *                                         of these or the corner. The block is untouched.
+ * @retval zvpStatusOk                     the block is predicted.
+ */
+ZVP_API zvpStatus zvpiPredictIntra_16x16_H264_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep, uint32_t mode,
+                                                      int32_t availabilityFlags);
+
+/**
+ * Predicts an 8x8 chroma block of 4:2:0.
+ *
+ * Modes as in H.264 table 8-5, in another order than those of luma: 0 DC, 1 horizontal, 2 vertical, 3 plane. The DC
+ * mode treats each 4x4 quadrant by itself: on the diagonal by both sides, off it by the side that it touches, in either
+ * case by what is there, or 128.
+ *
+ * @param[in,out] pSrcDst            the block, with its neighbours around it
+ * @param[in]     srcDstStep         distance of rows in bytes, 8 or more
+ * @param[in]     mode               0 to 3
+ * @param[in]     availabilityFlags  which neighbours may be used
+ *
+ * Reads:  of the row above 8 samples, 8 to the left, as the mode uses them; the corner in mode 3.
+ * Writes: 8 rows of 8 samples.
+ *
+ * @retval zvpStatusNullPointer            pSrcDst is null.
+ * @retval zvpStatusBadStep                srcDstStep is below 8.
+ * @retval zvpStatusOutOfRange             mode is above 3.
+ * @retval zvpStatusPredictionUnavailable  mode 2 without the row above, 1 without the column to the left, 3 without one
+ *                                         of these or the corner. The block is untouched.
+ * @retval zvpStatusOk                     the block is predicted.
+ */
+ZVP_API zvpStatus zvpiPredictIntraChroma8x8_H264_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep, uint32_t mode,
+                                                         int32_t availabilityFlags);
 
 /** @} */ /* h264_intra_prediction */
 

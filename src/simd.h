@@ -95,6 +95,7 @@ template <int Bytes, class T, int N> ZVP_INLINE void storeBytes(void* p, Vec<T, 
 template <class T, int N> ZVP_INLINE void storeHigh8(void* p, Vec<T, N> v) {
   std::memcpy(p, reinterpret_cast<const u8*>(&v) + 8, 8);
 }
+template <class V> ZVP_INLINE V fromLow64(u64 bits) { return loadBytes<V, 8>(&bits); }
 template <class V> ZVP_INLINE V splat(typename Lanes<V>::Type value) {
   V r;
   for (auto& lane : r.lane) lane = value;
@@ -126,6 +127,8 @@ template <int Bytes, class T, int N> ZVP_INLINE void storeBytes(void* p, Vec<T, 
 }
 // The high eight bytes of a 16-byte register. _mm_storeh_pd would be a store through an aligned double*.
 template <class T, int N> ZVP_INLINE void storeHigh8(void* p, Vec<T, N> v) { storeAs<s64>(p, v.v[1]); }
+// Eight bytes of a general register in the low half of a 16-byte one, zeros above them.
+template <class V> ZVP_INLINE V fromLow64(u64 bits) { return {_mm_cvtsi64_si128(s64(bits))}; }
 // One value in all lanes.
 template <class V> ZVP_INLINE V splat(typename Lanes<V>::Type value) {
   constexpr int size = sizeof(typename Lanes<V>::Type);
