@@ -121,15 +121,1187 @@ ZVP_API const zvpVersionRecord *zvpvcGetLibVersion(void);
 
 /**
  * @defgroup mc_mc_blocks Motion compensation: MC blocks
+ * What a decoder does with an inter macroblock when its residual is known: a prediction from one reference, or the
+ * average of two, plus the residual, clipped to bytes (ISO/IEC 13818-2 7.6.4 to 7.6.8). The partner on an encoder's
+ * side is the GetDiff family: it subtracts what these functions add, for equal types and rounding.
+ *
+ * The prediction p of a sample is made of the reference sample a at its place, the right neighbour b, c below a, and d
+ * below b. Of a motion type the bits 2 and 3 count and no others:
+ *
+ *     type  position      prediction                               with roundControl 0, and with 1
+ *     0     whole         a                                        a
+ *     4     half in y     (a + c + 1 - roundControl) / 2           (a + c + 1) >> 1, (a + c) >> 1
+ *     8     half in x     (a + b + 1 - roundControl) / 2           (a + b + 1) >> 1, (a + b) >> 1
+ *     12    half in both  (a + b + c + d + 2 - roundControl) / 4   (sum + 2) >> 2, (sum + 1) >> 2
+ *
+ * roundControl is meant to be 0 or 1. Its whole value enters the sums, in wrapping 32-bit arithmetic with divisions
+ * that truncate toward zero, so any other value has a defined result too, but a slow one.
+ *
+ * One reference: dst = clip(p + r) with the residual r. Two, each with its own type: dst = clip((pF + pB + 2 * r + 1) /
+ * 2), so the average of the predictions rounds up whatever roundControl is. In interleaved chroma (U, V, U, V) the
+ * right neighbour is the next sample of the same component, two bytes on.
+ *
+ * Of the reference of a block W wide and H high a call reads H rows of W bytes; with half in x each row is one sample
+ * longer, with half in y there is one row more. It reads and writes nothing else, so a block may end where mapped
+ * memory ends. Steps are bytes, also for the residual; they may have any value, odd or negative too, and no pointer
+ * needs to be aligned. The residual is not optional: without one, pass zeros. Null pointers are all that is refused;
+ * motion types and roundControl are not tested. The destination must not overlap what is read.
  * @{
  */
+
+/**
+ * Motion compensation of a 16x16 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  16 rows of 16 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 16 rows of 16
+ *         values of pSrcYData.
+ * Writes: 16 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC16x16_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                    int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                    int32_t roundControl);
+
+/**
+ * Motion compensation of a 16x16 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  16 rows of 16 bytes of each reference, one byte a row more for half in x, one row more for half in y; 16
+ *         rows of 16 values of pSrcYData.
+ * Writes: 16 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC16x16B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF,
+                                     const uint8_t *pSrcRefB, int32_t srcStepB, int32_t mcTypeB,
+                                     const int16_t *pSrcYData, int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep,
+                                     int32_t roundControl);
+
+/**
+ * Motion compensation of a 16x8 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 16 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 8 rows of 16
+ *         values of pSrcYData.
+ * Writes: 8 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC16x8_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                   int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                   int32_t roundControl);
+
+/**
+ * Motion compensation of a 16x8 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 16 bytes of each reference, one byte a row more for half in x, one row more for half in y; 8 rows
+ *         of 16 values of pSrcYData.
+ * Writes: 8 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC16x8B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                    int32_t srcStepB, int32_t mcTypeB, const int16_t *pSrcYData, int32_t srcYDataStep,
+                                    uint8_t *pDst, int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of a 16x4 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 16 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 4 rows of 16
+ *         values of pSrcYData.
+ * Writes: 4 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC16x4_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                   int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                   int32_t roundControl);
+
+/**
+ * Motion compensation of a 16x4 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 16 bytes of each reference, one byte a row more for half in x, one row more for half in y; 4 rows
+ *         of 16 values of pSrcYData.
+ * Writes: 4 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC16x4B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                    int32_t srcStepB, int32_t mcTypeB, const int16_t *pSrcYData, int32_t srcYDataStep,
+                                    uint8_t *pDst, int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of an 8x16 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  16 rows of 8 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 16 rows of 8
+ *         values of pSrcYData.
+ * Writes: 16 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC8x16_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                   int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                   int32_t roundControl);
+
+/**
+ * Motion compensation of an 8x16 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  16 rows of 8 bytes of each reference, one byte a row more for half in x, one row more for half in y; 16 rows
+ *         of 8 values of pSrcYData.
+ * Writes: 16 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC8x16B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                    int32_t srcStepB, int32_t mcTypeB, const int16_t *pSrcYData, int32_t srcYDataStep,
+                                    uint8_t *pDst, int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of an 8x8 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 8 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 8 rows of 8
+ *         values of pSrcYData.
+ * Writes: 8 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC8x8_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                  int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                  int32_t roundControl);
+
+/**
+ * Motion compensation of an 8x8 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 8 bytes of each reference, one byte a row more for half in x, one row more for half in y; 8 rows
+ *         of 8 values of pSrcYData.
+ * Writes: 8 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC8x8B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                   int32_t srcStepB, int32_t mcTypeB, const int16_t *pSrcYData, int32_t srcYDataStep,
+                                   uint8_t *pDst, int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of an 8x4 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 8 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 4 rows of 8
+ *         values of pSrcYData.
+ * Writes: 4 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC8x4_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                  int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                  int32_t roundControl);
+
+/**
+ * Motion compensation of an 8x4 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 8 bytes of each reference, one byte a row more for half in x, one row more for half in y; 4 rows
+ *         of 8 values of pSrcYData.
+ * Writes: 4 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC8x4B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                   int32_t srcStepB, int32_t mcTypeB, const int16_t *pSrcYData, int32_t srcYDataStep,
+                                   uint8_t *pDst, int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of a 2x2 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  2 rows of 2 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 2 rows of 2
+ *         values of pSrcYData.
+ * Writes: 2 rows of 2 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC2x2_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                  int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                  int32_t roundControl);
+
+/**
+ * Motion compensation of a 2x2 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  2 rows of 2 bytes of each reference, one byte a row more for half in x, one row more for half in y; 2 rows
+ *         of 2 values of pSrcYData.
+ * Writes: 2 rows of 2 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC2x2B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                   int32_t srcStepB, int32_t mcTypeB, const int16_t *pSrcYData, int32_t srcYDataStep,
+                                   uint8_t *pDst, int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of a 2x4 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 2 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 4 rows of 2
+ *         values of pSrcYData.
+ * Writes: 4 rows of 2 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC2x4_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                  int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                  int32_t roundControl);
+
+/**
+ * Motion compensation of a 2x4 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 2 bytes of each reference, one byte a row more for half in x, one row more for half in y; 4 rows
+ *         of 2 values of pSrcYData.
+ * Writes: 4 rows of 2 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC2x4B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                   int32_t srcStepB, int32_t mcTypeB, const int16_t *pSrcYData, int32_t srcYDataStep,
+                                   uint8_t *pDst, int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of a 4x2 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  2 rows of 4 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 2 rows of 4
+ *         values of pSrcYData.
+ * Writes: 2 rows of 4 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC4x2_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                  int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                  int32_t roundControl);
+
+/**
+ * Motion compensation of a 4x2 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  2 rows of 4 bytes of each reference, one byte a row more for half in x, one row more for half in y; 2 rows
+ *         of 4 values of pSrcYData.
+ * Writes: 2 rows of 4 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC4x2B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                   int32_t srcStepB, int32_t mcTypeB, const int16_t *pSrcYData, int32_t srcYDataStep,
+                                   uint8_t *pDst, int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of a 4x4 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 4 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 4 rows of 4
+ *         values of pSrcYData.
+ * Writes: 4 rows of 4 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC4x4_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                  int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                  int32_t roundControl);
+
+/**
+ * Motion compensation of a 4x4 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 4 bytes of each reference, one byte a row more for half in x, one row more for half in y; 4 rows
+ *         of 4 values of pSrcYData.
+ * Writes: 4 rows of 4 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC4x4B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                   int32_t srcStepB, int32_t mcTypeB, const int16_t *pSrcYData, int32_t srcYDataStep,
+                                   uint8_t *pDst, int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of a 4x8 block from one reference.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 4 bytes of pSrcRef, one byte a row more for half in x, one row more for half in y; 8 rows of 4
+ *         values of pSrcYData.
+ * Writes: 8 rows of 4 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC4x8_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                  int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                  int32_t roundControl);
+
+/**
+ * Motion compensation of a 4x8 block from two references.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 4 bytes of each reference, one byte a row more for half in x, one row more for half in y; 8 rows
+ *         of 4 values of pSrcYData.
+ * Writes: 8 rows of 4 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC4x8B_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                   int32_t srcStepB, int32_t mcTypeB, const int16_t *pSrcYData, int32_t srcYDataStep,
+                                   uint8_t *pDst, int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of 16x8 bytes of interleaved chroma from one reference.
+ *
+ * The residual is interleaved as the samples are: a value for each byte of a row.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 16 bytes of pSrcRef, one pair a row more for half in x, one row more for half in y; 8 rows of 16
+ *         values of pSrcYData.
+ * Writes: 8 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC16x8UV_8u_C1(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcYData,
+                                     int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep, int32_t mcType,
+                                     int32_t roundControl);
+
+/**
+ * Motion compensation of 16x8 bytes of interleaved chroma from two references.
+ *
+ * The residual is interleaved as the samples are: a value for each byte of a row.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcYData     top left value of the residual
+ * @param[in]  srcYDataStep  distance from one row of pSrcYData to the next, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 16 bytes of each reference, one pair a row more for half in x, one row more for half in y; 8 rows
+ *         of 16 values of pSrcYData.
+ * Writes: 8 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcYData or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC16x8BUV_8u_C1(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF,
+                                      const uint8_t *pSrcRefB, int32_t srcStepB, int32_t mcTypeB,
+                                      const int16_t *pSrcYData, int32_t srcYDataStep, uint8_t *pDst, int32_t dstStep,
+                                      int32_t roundControl);
+
+/**
+ * Motion compensation of 8x8 pairs of interleaved chroma from one reference.
+ *
+ * The references and the result hold U, V, U, V, 8 pairs a row; the residual stands in a plane for each component.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcU         top left residual value of U
+ * @param[in]  pSrcV         top left residual value of V
+ * @param[in]  srcUVStep     distance from one row of pSrcU to the next, and of pSrcV, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 16 bytes of pSrcRef, one pair a row more for half in x, one row more for half in y; 8 rows of 8
+ *         values of each of pSrcU and pSrcV.
+ * Writes: 8 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcU, pSrcV or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC8x8_16s8u_P2C2R(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcU,
+                                        const int16_t *pSrcV, int32_t srcUVStep, uint8_t *pDst, int32_t dstStep,
+                                        int32_t mcType, int32_t roundControl);
+
+/**
+ * Motion compensation of 8x8 pairs of interleaved chroma from two references.
+ *
+ * The references and the result hold U, V, U, V, 8 pairs a row; the residual stands in a plane for each component.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcU         top left residual value of U
+ * @param[in]  pSrcV         top left residual value of V
+ * @param[in]  srcUVStep     distance from one row of pSrcU to the next, and of pSrcV, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 16 bytes of each reference, one pair a row more for half in x, one row more for half in y; 8 rows
+ *         of 8 values of each of pSrcU and pSrcV.
+ * Writes: 8 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcU, pSrcV or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC8x8B_16s8u_P2C2R(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF,
+                                         const uint8_t *pSrcRefB, int32_t srcStepB, int32_t mcTypeB,
+                                         const int16_t *pSrcU, const int16_t *pSrcV, int32_t srcUVStep, uint8_t *pDst,
+                                         int32_t dstStep, int32_t roundControl);
+
+/**
+ * Motion compensation of 8x4 pairs of interleaved chroma from one reference.
+ *
+ * The references and the result hold U, V, U, V, 8 pairs a row; the residual stands in a plane for each component.
+ *
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcStep       distance from one row of pSrcRef to the next, in bytes
+ * @param[in]  pSrcU         top left residual value of U
+ * @param[in]  pSrcV         top left residual value of V
+ * @param[in]  srcUVStep     distance from one row of pSrcU to the next, and of pSrcV, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 16 bytes of pSrcRef, one pair a row more for half in x, one row more for half in y; 4 rows of 8
+ *         values of each of pSrcU and pSrcV.
+ * Writes: 4 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRef, pSrcU, pSrcV or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC8x4_16s8u_P2C2R(const uint8_t *pSrcRef, int32_t srcStep, const int16_t *pSrcU,
+                                        const int16_t *pSrcV, int32_t srcUVStep, uint8_t *pDst, int32_t dstStep,
+                                        int32_t mcType, int32_t roundControl);
+
+/**
+ * Motion compensation of 8x4 pairs of interleaved chroma from two references.
+ *
+ * The references and the result hold U, V, U, V, 8 pairs a row; the residual stands in a plane for each component.
+ *
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcStepF      distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcStepB      distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcU         top left residual value of U
+ * @param[in]  pSrcV         top left residual value of V
+ * @param[in]  srcUVStep     distance from one row of pSrcU to the next, and of pSrcV, in bytes
+ * @param[out] pDst          top left sample of the result
+ * @param[in]  dstStep       distance from one row of pDst to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 16 bytes of each reference, one pair a row more for half in x, one row more for half in y; 4 rows
+ *         of 8 values of each of pSrcU and pSrcV.
+ * Writes: 4 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcRefF, pSrcRefB, pSrcU, pSrcV or pDst is null; nothing is written.
+ * @retval zvpStatusOk           the block is written.
+ */
+ZVP_API zvpStatus zvpiMC8x4B_16s8u_P2C2R(const uint8_t *pSrcRefF, int32_t srcStepF, int32_t mcTypeF,
+                                         const uint8_t *pSrcRefB, int32_t srcStepB, int32_t mcTypeB,
+                                         const int16_t *pSrcU, const int16_t *pSrcV, int32_t srcUVStep, uint8_t *pDst,
+                                         int32_t dstStep, int32_t roundControl);
 
 /** @} */ /* mc_mc_blocks */
 
 /**
  * @defgroup mc_getdiff_blocks Motion compensation: GetDiff blocks
+ * The encoder's side of the MC family: the difference between a current block and the prediction from one reference, or
+ * the average of two (ISO/IEC 13818-2 7.6.4 to 7.6.8, seen from the encoder). An MC call with the same types and
+ * roundControl adds exactly what was subtracted here.
+ *
+ * The prediction p of a sample is made of the reference sample a at its place, the right neighbour b, c below a, and d
+ * below b. Of a motion type the bits 2 and 3 count and no others:
+ *
+ *     type  position      prediction                               with roundControl 0, and with 1
+ *     0     whole         a                                        a
+ *     4     half in y     (a + c + 1 - roundControl) / 2           (a + c + 1) >> 1, (a + c) >> 1
+ *     8     half in x     (a + b + 1 - roundControl) / 2           (a + b + 1) >> 1, (a + b) >> 1
+ *     12    half in both  (a + b + c + d + 2 - roundControl) / 4   (sum + 2) >> 2, (sum + 1) >> 2
+ *
+ * roundControl is meant to be 0 or 1. Its whole value enters the sums, in wrapping 32-bit arithmetic with divisions
+ * that truncate toward zero, so any other value has a defined result too, but a slow one; of a result that needs more
+ * than 16 bits the low 16 are kept.
+ *
+ * One reference: difference = cur - p. Two, each with its own type: difference = (2 * cur - pF - pB) >> 1, which is cur
+ * less the average of the predictions, rounded up whatever roundControl is. In interleaved chroma (U, V, U, V) the
+ * right neighbour is the next sample of the same component, two bytes on.
+ *
+ * Of the reference of a block W wide and H high a call reads H rows of W bytes; with half in x each row is one sample
+ * longer, with half in y there is one row more. It reads and writes nothing else, so a block may end where mapped
+ * memory ends. Steps are bytes, also for 16-bit results; they may have any value, odd or negative too, and no pointer
+ * needs to be aligned. Null pointers are all that is refused; motion types and roundControl are not tested. What is
+ * written must not overlap what is read, nor the other output.
  * @{
  */
+
+/**
+ * Difference between a 16x16 block and the prediction from one reference.
+ *
+ * @param[in]  pSrcCur           top left sample of the current block
+ * @param[in]  srcCurStep        distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRef           top left sample of the reference at its whole-pel position
+ * @param[in]  srcRefStep        distance from one row of pSrcRef to the next, in bytes
+ * @param[out] pDstDiff          top left value of the difference
+ * @param[in]  dstDiffStep       distance from one row of pDstDiff to the next, in bytes
+ * @param[out] pDstPredictor     top left value of the prediction, written as 16-bit values; null if it is not wanted
+ * @param[in]  dstPredictorStep  distance from one row of pDstPredictor to the next, in bytes; of no meaning if that is
+ *                               null
+ * @param[in]  mcType            motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl      0 rounds half-pel means up, 1 down
+ *
+ * Reads:  16 rows of 16 bytes of pSrcCur; 16 rows of 16 bytes of pSrcRef, one byte a row more for half in x, one row
+ *         more for half in y.
+ * Writes: 16 rows of 16 values of pDstDiff and, if it is not null, of pDstPredictor.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRef or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff16x16_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRef,
+                                            int32_t srcRefStep, int16_t *pDstDiff, int32_t dstDiffStep,
+                                            int16_t *pDstPredictor, int32_t dstPredictorStep, int32_t mcType,
+                                            int32_t roundControl);
+
+/**
+ * Difference between a 16x16 block and the prediction from two references.
+ *
+ * @param[in]  pSrcCur       top left sample of the current block
+ * @param[in]  srcCurStep    distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcRefStepF   distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcRefStepB   distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[out] pDstDiff      top left value of the difference
+ * @param[in]  dstDiffStep   distance from one row of pDstDiff to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  16 rows of 16 bytes of pSrcCur; 16 rows of 16 bytes of each reference, one byte a row more for half in x,
+ *         one row more for half in y.
+ * Writes: 16 rows of 16 values of pDstDiff.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRefF, pSrcRefB or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff16x16B_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRefF,
+                                             int32_t srcRefStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                             int32_t srcRefStepB, int32_t mcTypeB, int16_t *pDstDiff,
+                                             int32_t dstDiffStep, int32_t roundControl);
+
+/**
+ * Difference between a 16x8 block and the prediction from one reference.
+ *
+ * @param[in]  pSrcCur           top left sample of the current block
+ * @param[in]  srcCurStep        distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRef           top left sample of the reference at its whole-pel position
+ * @param[in]  srcRefStep        distance from one row of pSrcRef to the next, in bytes
+ * @param[out] pDstDiff          top left value of the difference
+ * @param[in]  dstDiffStep       distance from one row of pDstDiff to the next, in bytes
+ * @param[out] pDstPredictor     top left value of the prediction, written as 16-bit values; null if it is not wanted
+ * @param[in]  dstPredictorStep  distance from one row of pDstPredictor to the next, in bytes; of no meaning if that is
+ *                               null
+ * @param[in]  mcType            motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl      0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 16 bytes of pSrcCur; 8 rows of 16 bytes of pSrcRef, one byte a row more for half in x, one row
+ *         more for half in y.
+ * Writes: 8 rows of 16 values of pDstDiff and, if it is not null, of pDstPredictor.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRef or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff16x8_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRef,
+                                           int32_t srcRefStep, int16_t *pDstDiff, int32_t dstDiffStep,
+                                           int16_t *pDstPredictor, int32_t dstPredictorStep, int32_t mcType,
+                                           int32_t roundControl);
+
+/**
+ * Difference between a 16x8 block and the prediction from two references.
+ *
+ * @param[in]  pSrcCur       top left sample of the current block
+ * @param[in]  srcCurStep    distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcRefStepF   distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcRefStepB   distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[out] pDstDiff      top left value of the difference
+ * @param[in]  dstDiffStep   distance from one row of pDstDiff to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 16 bytes of pSrcCur; 8 rows of 16 bytes of each reference, one byte a row more for half in x, one
+ *         row more for half in y.
+ * Writes: 8 rows of 16 values of pDstDiff.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRefF, pSrcRefB or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff16x8B_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRefF,
+                                            int32_t srcRefStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                            int32_t srcRefStepB, int32_t mcTypeB, int16_t *pDstDiff,
+                                            int32_t dstDiffStep, int32_t roundControl);
+
+/**
+ * Difference between an 8x16 block and the prediction from one reference.
+ *
+ * @param[in]  pSrcCur           top left sample of the current block
+ * @param[in]  srcCurStep        distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRef           top left sample of the reference at its whole-pel position
+ * @param[in]  srcRefStep        distance from one row of pSrcRef to the next, in bytes
+ * @param[out] pDstDiff          top left value of the difference
+ * @param[in]  dstDiffStep       distance from one row of pDstDiff to the next, in bytes
+ * @param[out] pDstPredictor     top left value of the prediction, written as 16-bit values; null if it is not wanted
+ * @param[in]  dstPredictorStep  distance from one row of pDstPredictor to the next, in bytes; of no meaning if that is
+ *                               null
+ * @param[in]  mcType            motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl      0 rounds half-pel means up, 1 down
+ *
+ * Reads:  16 rows of 8 bytes of pSrcCur; 16 rows of 8 bytes of pSrcRef, one byte a row more for half in x, one row
+ *         more for half in y.
+ * Writes: 16 rows of 8 values of pDstDiff and, if it is not null, of pDstPredictor.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRef or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff8x16_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRef,
+                                           int32_t srcRefStep, int16_t *pDstDiff, int32_t dstDiffStep,
+                                           int16_t *pDstPredictor, int32_t dstPredictorStep, int32_t mcType,
+                                           int32_t roundControl);
+
+/**
+ * Difference between an 8x16 block and the prediction from two references.
+ *
+ * @param[in]  pSrcCur       top left sample of the current block
+ * @param[in]  srcCurStep    distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcRefStepF   distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcRefStepB   distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[out] pDstDiff      top left value of the difference
+ * @param[in]  dstDiffStep   distance from one row of pDstDiff to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  16 rows of 8 bytes of pSrcCur; 16 rows of 8 bytes of each reference, one byte a row more for half in x, one
+ *         row more for half in y.
+ * Writes: 16 rows of 8 values of pDstDiff.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRefF, pSrcRefB or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff8x16B_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRefF,
+                                            int32_t srcRefStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                            int32_t srcRefStepB, int32_t mcTypeB, int16_t *pDstDiff,
+                                            int32_t dstDiffStep, int32_t roundControl);
+
+/**
+ * Difference between an 8x8 block and the prediction from one reference.
+ *
+ * @param[in]  pSrcCur           top left sample of the current block
+ * @param[in]  srcCurStep        distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRef           top left sample of the reference at its whole-pel position
+ * @param[in]  srcRefStep        distance from one row of pSrcRef to the next, in bytes
+ * @param[out] pDstDiff          top left value of the difference
+ * @param[in]  dstDiffStep       distance from one row of pDstDiff to the next, in bytes
+ * @param[out] pDstPredictor     top left value of the prediction, written as 16-bit values; null if it is not wanted
+ * @param[in]  dstPredictorStep  distance from one row of pDstPredictor to the next, in bytes; of no meaning if that is
+ *                               null
+ * @param[in]  mcType            motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl      0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 8 bytes of pSrcCur; 8 rows of 8 bytes of pSrcRef, one byte a row more for half in x, one row more
+ *         for half in y.
+ * Writes: 8 rows of 8 values of pDstDiff and, if it is not null, of pDstPredictor.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRef or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff8x8_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRef,
+                                          int32_t srcRefStep, int16_t *pDstDiff, int32_t dstDiffStep,
+                                          int16_t *pDstPredictor, int32_t dstPredictorStep, int32_t mcType,
+                                          int32_t roundControl);
+
+/**
+ * Difference between an 8x8 block and the prediction from two references.
+ *
+ * @param[in]  pSrcCur       top left sample of the current block
+ * @param[in]  srcCurStep    distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcRefStepF   distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcRefStepB   distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[out] pDstDiff      top left value of the difference
+ * @param[in]  dstDiffStep   distance from one row of pDstDiff to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 8 bytes of pSrcCur; 8 rows of 8 bytes of each reference, one byte a row more for half in x, one
+ *         row more for half in y.
+ * Writes: 8 rows of 8 values of pDstDiff.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRefF, pSrcRefB or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff8x8B_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRefF,
+                                           int32_t srcRefStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                           int32_t srcRefStepB, int32_t mcTypeB, int16_t *pDstDiff, int32_t dstDiffStep,
+                                           int32_t roundControl);
+
+/**
+ * Difference between an 8x4 block and the prediction from one reference.
+ *
+ * @param[in]  pSrcCur           top left sample of the current block
+ * @param[in]  srcCurStep        distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRef           top left sample of the reference at its whole-pel position
+ * @param[in]  srcRefStep        distance from one row of pSrcRef to the next, in bytes
+ * @param[out] pDstDiff          top left value of the difference
+ * @param[in]  dstDiffStep       distance from one row of pDstDiff to the next, in bytes
+ * @param[out] pDstPredictor     top left value of the prediction, written as 16-bit values; null if it is not wanted
+ * @param[in]  dstPredictorStep  distance from one row of pDstPredictor to the next, in bytes; of no meaning if that is
+ *                               null
+ * @param[in]  mcType            motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl      0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 8 bytes of pSrcCur; 4 rows of 8 bytes of pSrcRef, one byte a row more for half in x, one row more
+ *         for half in y.
+ * Writes: 4 rows of 8 values of pDstDiff and, if it is not null, of pDstPredictor.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRef or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff8x4_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRef,
+                                          int32_t srcRefStep, int16_t *pDstDiff, int32_t dstDiffStep,
+                                          int16_t *pDstPredictor, int32_t dstPredictorStep, int32_t mcType,
+                                          int32_t roundControl);
+
+/**
+ * Difference between an 8x4 block and the prediction from two references.
+ *
+ * @param[in]  pSrcCur       top left sample of the current block
+ * @param[in]  srcCurStep    distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcRefStepF   distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcRefStepB   distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[out] pDstDiff      top left value of the difference
+ * @param[in]  dstDiffStep   distance from one row of pDstDiff to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 8 bytes of pSrcCur; 4 rows of 8 bytes of each reference, one byte a row more for half in x, one
+ *         row more for half in y.
+ * Writes: 4 rows of 8 values of pDstDiff.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRefF, pSrcRefB or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff8x4B_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRefF,
+                                           int32_t srcRefStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                           int32_t srcRefStepB, int32_t mcTypeB, int16_t *pDstDiff, int32_t dstDiffStep,
+                                           int32_t roundControl);
+
+/**
+ * Difference between 8x8 pairs of interleaved chroma and the prediction from one reference.
+ *
+ * The current block and the references hold U, V, U, V, 8 pairs a row; the differences go to a plane for each
+ * component.
+ *
+ * @param[in]  pSrcCur       top left sample of the current block
+ * @param[in]  srcCurStep    distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcRefStep    distance from one row of pSrcRef to the next, in bytes
+ * @param[out] pDstDiffU     top left value of the difference of U
+ * @param[in]  dstDiffUStep  distance from one row of pDstDiffU to the next, in bytes
+ * @param[out] pDstDiffV     top left value of the difference of V
+ * @param[in]  dstDiffVStep  distance from one row of pDstDiffV to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 16 bytes of pSrcCur; 8 rows of 16 bytes of pSrcRef, one pair a row more for half in x, one row
+ *         more for half in y.
+ * Writes: 8 rows of 8 values of each of pDstDiffU and pDstDiffV.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRef, pDstDiffU or pDstDiffV is null; nothing is written.
+ * @retval zvpStatusOk           the differences are written.
+ */
+ZVP_API zvpStatus zvpiGetDiff8x8_8u16s_C2P2(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRef,
+                                            int32_t srcRefStep, int16_t *pDstDiffU, int32_t dstDiffUStep,
+                                            int16_t *pDstDiffV, int32_t dstDiffVStep, int32_t mcType,
+                                            int32_t roundControl);
+
+/**
+ * Difference between 8x8 pairs of interleaved chroma and the prediction from two references.
+ *
+ * The current block and the references hold U, V, U, V, 8 pairs a row; the differences go to a plane for each
+ * component.
+ *
+ * @param[in]  pSrcCur       top left sample of the current block
+ * @param[in]  srcCurStep    distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcRefStepF   distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcRefStepB   distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[out] pDstDiffU     top left value of the difference of U
+ * @param[in]  dstDiffUStep  distance from one row of pDstDiffU to the next, in bytes
+ * @param[out] pDstDiffV     top left value of the difference of V
+ * @param[in]  dstDiffVStep  distance from one row of pDstDiffV to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  8 rows of 16 bytes of pSrcCur; 8 rows of 16 bytes of each reference, one pair a row more for half in x, one
+ *         row more for half in y.
+ * Writes: 8 rows of 8 values of each of pDstDiffU and pDstDiffV.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRefF, pSrcRefB, pDstDiffU or pDstDiffV is null; nothing
+ *                               is written.
+ * @retval zvpStatusOk           the differences are written.
+ */
+ZVP_API zvpStatus zvpiGetDiff8x8B_8u16s_C2P2(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRefF,
+                                             int32_t srcRefStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                             int32_t srcRefStepB, int32_t mcTypeB, int16_t *pDstDiffU,
+                                             int32_t dstDiffUStep, int16_t *pDstDiffV, int32_t dstDiffVStep,
+                                             int32_t roundControl);
+
+/**
+ * Difference between 8x4 pairs of interleaved chroma and the prediction from one reference.
+ *
+ * The current block and the references hold U, V, U, V, 8 pairs a row; the differences go to a plane for each
+ * component.
+ *
+ * @param[in]  pSrcCur       top left sample of the current block
+ * @param[in]  srcCurStep    distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRef       top left sample of the reference at its whole-pel position
+ * @param[in]  srcRefStep    distance from one row of pSrcRef to the next, in bytes
+ * @param[out] pDstDiffU     top left value of the difference of U
+ * @param[in]  dstDiffUStep  distance from one row of pDstDiffU to the next, in bytes
+ * @param[out] pDstDiffV     top left value of the difference of V
+ * @param[in]  dstDiffVStep  distance from one row of pDstDiffV to the next, in bytes
+ * @param[in]  mcType        motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 16 bytes of pSrcCur; 4 rows of 16 bytes of pSrcRef, one pair a row more for half in x, one row
+ *         more for half in y.
+ * Writes: 4 rows of 8 values of each of pDstDiffU and pDstDiffV.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRef, pDstDiffU or pDstDiffV is null; nothing is written.
+ * @retval zvpStatusOk           the differences are written.
+ */
+ZVP_API zvpStatus zvpiGetDiff8x4_8u16s_C2P2(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRef,
+                                            int32_t srcRefStep, int16_t *pDstDiffU, int32_t dstDiffUStep,
+                                            int16_t *pDstDiffV, int32_t dstDiffVStep, int32_t mcType,
+                                            int32_t roundControl);
+
+/**
+ * Difference between 8x4 pairs of interleaved chroma and the prediction from two references.
+ *
+ * The current block and the references hold U, V, U, V, 8 pairs a row; the differences go to a plane for each
+ * component.
+ *
+ * @param[in]  pSrcCur       top left sample of the current block
+ * @param[in]  srcCurStep    distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRefF      top left sample of the forward reference at its whole-pel position
+ * @param[in]  srcRefStepF   distance from one row of pSrcRefF to the next, in bytes
+ * @param[in]  mcTypeF       forward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[in]  pSrcRefB      top left sample of the backward reference at its whole-pel position
+ * @param[in]  srcRefStepB   distance from one row of pSrcRefB to the next, in bytes
+ * @param[in]  mcTypeB       backward motion type: 0 whole, 4 half in y, 8 half in x, 12 half in both
+ * @param[out] pDstDiffU     top left value of the difference of U
+ * @param[in]  dstDiffUStep  distance from one row of pDstDiffU to the next, in bytes
+ * @param[out] pDstDiffV     top left value of the difference of V
+ * @param[in]  dstDiffVStep  distance from one row of pDstDiffV to the next, in bytes
+ * @param[in]  roundControl  0 rounds half-pel means up, 1 down
+ *
+ * Reads:  4 rows of 16 bytes of pSrcCur; 4 rows of 16 bytes of each reference, one pair a row more for half in x, one
+ *         row more for half in y.
+ * Writes: 4 rows of 8 values of each of pDstDiffU and pDstDiffV.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRefF, pSrcRefB, pDstDiffU or pDstDiffV is null; nothing
+ *                               is written.
+ * @retval zvpStatusOk           the differences are written.
+ */
+ZVP_API zvpStatus zvpiGetDiff8x4B_8u16s_C2P2(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRefF,
+                                             int32_t srcRefStepF, int32_t mcTypeF, const uint8_t *pSrcRefB,
+                                             int32_t srcRefStepB, int32_t mcTypeB, int16_t *pDstDiffU,
+                                             int32_t dstDiffUStep, int16_t *pDstDiffV, int32_t dstDiffVStep,
+                                             int32_t roundControl);
+
+/**
+ * Difference between two 4x4 blocks at whole-pel positions: difference = cur - ref.
+ *
+ * @param[in]  pSrcCur      top left sample of the current block
+ * @param[in]  srcCurStep   distance from one row of pSrcCur to the next, in bytes
+ * @param[in]  pSrcRef      top left sample of the reference
+ * @param[in]  srcRefStep   distance from one row of pSrcRef to the next, in bytes
+ * @param[out] pDstDiff     top left value of the difference
+ * @param[in]  dstDiffStep  distance from one row of pDstDiff to the next, in bytes
+ *
+ * Reads:  4 rows of 4 bytes of each of pSrcCur and pSrcRef.
+ * Writes: 4 rows of 4 values of pDstDiff.
+ *
+ * @retval zvpStatusNullPointer  pSrcCur, pSrcRef or pDstDiff is null; nothing is written.
+ * @retval zvpStatusOk           the difference is written.
+ */
+ZVP_API zvpStatus zvpiGetDiff4x4_8u16s_C1(const uint8_t *pSrcCur, int32_t srcCurStep, const uint8_t *pSrcRef,
+                                          int32_t srcRefStep, int16_t *pDstDiff, int32_t dstDiffStep);
 
 /** @} */ /* mc_getdiff_blocks */
 

@@ -6,6 +6,7 @@
 // just those: a row more where the case is half in y, a neighbour more where it is half in x.
 #pragma once
 
+#include <array>
 #include <utility>
 
 #include "simd.h"
@@ -39,20 +40,26 @@ class Rows {
   ZVP_INLINE Rows(Byte* top, std::ptrdiff_t step) : top_(top), step_(step) {}
   ZVP_INLINE Byte* row(int y) const { return top_ + y * step_; }
   ZVP_INLINE void skip(int rows) { top_ += rows * step_; }
+  ZVP_INLINE std::ptrdiff_t step() const { return step_; }
 
  private:
   Byte* top_;
   std::ptrdiff_t step_;
 };
+// Rows of 16-bit values: steps count bytes and may be odd, so they are rows of bytes.
+ZVP_INLINE Rows<const u8> rowsOf(const s16* top, std::ptrdiff_t step) {
+  return {reinterpret_cast<const u8*>(top), step};
+}
+ZVP_INLINE Rows<u8> rowsOf(s16* top, std::ptrdiff_t step) { return {reinterpret_cast<u8*>(top), step}; }
 
 // The rows of a prediction, each asked for once, from the top. Channels is the distance of the right neighbour: 2 for
 // interleaved chroma. What a row shares with the next one is computed once.
 template <int W, HalfPel C, Rounding R = Rounding::up, int Channels = 1>
 class Prediction {
  public:
-  ZVP_INLINE Prediction(const u8* ref, std::ptrdiff_t step) : ref_(ref, step) {
+  ZVP_INLINE explicit Prediction(Rows<const u8> ref) : ref_(ref) {
     if constexpr (halfInY(C)) {
-      above_ = across(ref);
+      above_ = across(ref_.row(0));
       ref_.skip(1);
     }
   }
@@ -115,23 +122,78 @@ class AveragedPrediction {
   Backward backward_;
 };
 
-// Calls body(y) for Height rows, in groups of at most four that are written out; y counts from the group's start, to
-// which the blocks are moved. Up to two groups stand in a row, more make a loop.
+// One sample, with the whole value of a roundControl that need not be 0 or 1: the sums wrap and the division truncates
+// toward zero.
+inline s32 predictSample(HalfPel c, Rows<const u8> ref, int x, int y, int channels, s32 roundControl) {
+  const u8* a = ref.row(y) + x;
+  const std::ptrdiff_t step = ref.step();
+  switch (c) {
+    case HalfPel::ff:
+      return *a;
+    case HalfPel::fh:
+      return wrapSub(a[0] + a[step] + 1, roundControl) / 2;
+    case HalfPel::hf:
+      return wrapSub(a[0] + a[channels] + 1, roundControl) / 2;
+    default:
+      return wrapSub(a[0] + a[channels] + a[step] + a[step + channels] + 2, roundControl) / 4;
+  }
+}
+
+// Calls use(prediction) for one reference, or two, and for the rounding that roundControl asks. It is looked at once a
+// block, and at whole-pel positions has no say. Values other than 0 and 1, which no picture uses, lead to useAny().
+template <int W, int Channels, HalfPel C>
+ZVP_INLINE zvpStatus withPrediction(Rows<const u8> ref, s32 roundControl, auto use, auto useAny) {
+  if constexpr (C != HalfPel::ff) {
+    if (roundControl == 1) return use(Prediction<W, C, Rounding::down, Channels>(ref));
+    if (roundControl != 0) return useAny();
+  }
+  return use(Prediction<W, C, Rounding::up, Channels>(ref));
+}
+template <int W, int Channels, HalfPel F, HalfPel B>
+ZVP_INLINE zvpStatus withPrediction(Rows<const u8> forward, Rows<const u8> backward, s32 roundControl, auto use,
+                                    auto useAny) {
+  const auto rounded = [&]<Rounding R>() __attribute__((always_inline)) {
+    return use(AveragedPrediction{Prediction<W, F, R, Channels>(forward), Prediction<W, B, R, Channels>(backward)});
+  };
+  if constexpr (F != HalfPel::ff || B != HalfPel::ff) {
+    if (roundControl == 1) return rounded.template operator()<Rounding::down>();
+    if (roundControl != 0) return useAny();
+  }
+  return rounded.template operator()<Rounding::up>();
+}
+
+// Calls body(y) for Group rows, written out, and moves the blocks behind them.
+template <int Group, class Body, class... Blocks>
+ZVP_INLINE void writeOutRows(Body& body, Blocks&... blocks) {
+  [&]<int... Y>(std::integer_sequence<int, Y...>) __attribute__((always_inline)) { (body(Y), ...); }
+  (std::make_integer_sequence<int, Group>());
+  (blocks.skip(Group), ...);
+}
+// Calls body(y) for height rows in groups of Group; y counts from the group's start, to which the blocks are moved.
+template <int Group, class Body, class... Blocks>
+ZVP_INLINE void forRowsInGroupsOf(int height, Body body, Blocks&... blocks) {
+  for (; height > 0; height -= Group) writeOutRows<Group>(body, blocks...);
+}
+// The same for a fixed number of rows. Up to eight stand in a row, without a loop.
 template <int Height, class Body, class... Blocks>
 ZVP_INLINE void forRows(Body body, Blocks&... blocks) {
-  constexpr int group = Height < 4 ? Height : 4, groups = Height / group;
+  constexpr int group = Height < 4 ? Height : 4;
   static_assert(Height % group == 0);
-  const auto writtenOut = [&]<int... Y>(std::integer_sequence<int, Y...>) __attribute__((always_inline)) {
-    (body(Y), ...);
-    (blocks.skip(group), ...);
-  };
-  constexpr std::make_integer_sequence<int, group> ys;
-  if constexpr (groups > 2) {
-    for (int i = 0; i < groups; ++i) writtenOut(ys);
+  if constexpr (Height <= 8) {
+    writeOutRows<group>(body, blocks...);
+    if constexpr (Height > group) writeOutRows<group>(body, blocks...);
   } else {
-    writtenOut(ys);
-    if constexpr (groups == 2) writtenOut(ys);
+    for (int y = 0; y < Height; y += group) writeOutRows<group>(body, blocks...);
   }
+}
+
+// The table whose slot is kernelOf.template operator()<slot>().
+template <class Kernel, int Slots>
+consteval std::array<Kernel, Slots> makeTable(auto kernelOf) {
+  return [&]<int... Slot>(std::integer_sequence<int, Slot...>) {
+    return std::array<Kernel, Slots>{kernelOf.template operator()<Slot>()...};
+  }
+  (std::make_integer_sequence<int, Slots>());
 }
 
 }  // namespace zvp::mc

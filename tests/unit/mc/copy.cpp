@@ -93,7 +93,7 @@ TEST(Copy, KernelsOfFourByEight) {
     for (int slot = 0; slot < 8; ++slot) {
       const auto src = inputBytes(rng, 4, 8, slot / 2 & 1, slot / 4);
       OutputPlane<u8> dst(rng, 4, 8);
-      zvp::mc::ownvc_Copy4x8HP_8u_C1R_0[slot](src.data(), src.step(), dst.actual.data(), dst.step());
+      zvp::mc::ownvc_Copy4x8HP_8u_C1R_0[std::size_t(slot)](src.data(), src.step(), dst.actual.data(), dst.step());
       reference::mc::copy(src.data(), src.step(), dst.expected.data(), dst.step(), 4, 8, slot / 2, slot & 1);
       ASSERT_TRUE(dst.same()) << "slot " << slot << " round " << round;
     }
