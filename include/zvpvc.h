@@ -107,15 +107,715 @@ ZVP_API const zvpVersionRecord *zvpvcGetLibVersion(void);
 
 /**
  * @defgroup measures_sad_and_ssd_with_half_pel_selection Measures: SAD and SSD with half-pel selection
+ *
+ * Distance between a block of the current picture and a block of a reference picture: sum of absolute differences
+ * (SAD) or of squared differences (SSD).
+ *
+ * Members with an mcType compare at half-pel precision. With r the reference samples from pRef on, a block of W columns
+ * and H rows is compared with these:
+ *
+ * | mcType | half in | reference sample at (x, y)                               | columns, rows read of pRef |
+ * |--------|---------|----------------------------------------------------------|----------------------------|
+ * | 0      | neither | r(x, y)                                                  | W, H                       |
+ * | 4      | y       | (r(x, y) + r(x, y+1) + 1) >> 1                           | W, H+1                     |
+ * | 8      | x       | (r(x, y) + r(x+1, y) + 1) >> 1                           | W+1, H                     |
+ * | 12     | both    | (r(x, y) + r(x+1, y) + r(x, y+1) + r(x+1, y+1) + 2) >> 2 | W+1, H+1                   |
+ *
+ * These are the half samples of H.263 6.1.2, and of MPEG-4 Part 2 7.6.2 with rounding control 0. The lowest two bits
+ * of mcType are ignored. mcType is not checked: what a value outside 0..15 does is undefined.
+ *
+ * For all members: a block is read within its columns and rows, for pRef those of the table, and nowhere else. Steps
+ * may have any value, negative and odd ones too, and count bytes for 16-bit samples as well. Blocks may overlap each
+ * other; results must not lie in a block. Nothing needs to be aligned.
  * @{
  */
+
+/**
+ * SAD of a 16x16 block of bytes against a reference at half-pel precision.
+ *
+ * The sum over x in 0..15, y in 0..15 of |src(x, y) - ref(x, y)|, ref by mcType: 0..65280.
+ *
+ * @param[in]  pSrc     top left sample of the block: 16 columns, 16 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference at its whole-pel position; the table tells what is read
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the sum
+ * @param[in]  mcType   half-pel case: 0, 4, 8 or 12
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSAD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSAD16x16_8u32s(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                     int32_t *pSAD, int32_t mcType);
+
+/**
+ * SAD of a 16x8 block of bytes against a reference at half-pel precision.
+ *
+ * The sum over x in 0..15, y in 0..7 of |src(x, y) - ref(x, y)|, ref by mcType: 0..32640.
+ *
+ * @param[in]  pSrc     top left sample of the block: 16 columns, 8 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference at its whole-pel position; the table tells what is read
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the sum
+ * @param[in]  mcType   half-pel case: 0, 4, 8 or 12
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSAD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSAD16x8_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                        int32_t *pSAD, int32_t mcType);
+
+/**
+ * SAD of a 8x8 block of bytes against a reference at half-pel precision.
+ *
+ * The sum over x in 0..7, y in 0..7 of |src(x, y) - ref(x, y)|, ref by mcType: 0..16320.
+ *
+ * @param[in]  pSrc     top left sample of the block: 8 columns, 8 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference at its whole-pel position; the table tells what is read
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the sum
+ * @param[in]  mcType   half-pel case: 0, 4, 8 or 12
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSAD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSAD8x8_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                       int32_t *pSAD, int32_t mcType);
+
+/**
+ * SAD of a 16x16 block of 16-bit samples against a reference at half-pel precision.
+ *
+ * The sum over x in 0..15, y in 0..15 of |src(x, y) - ref(x, y)|, ref by mcType: 0..16776960.
+ *
+ * @param[in]  pSrc     top left sample of the block: 16 columns, 16 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference at its whole-pel position; the table tells what is read
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the sum
+ * @param[in]  mcType   half-pel case: 0, 4, 8 or 12
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSAD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSAD16x16_16u32s_C1R(const uint16_t *pSrc, int32_t srcStep, const uint16_t *pRef, int32_t refStep,
+                                          int32_t *pSAD, int32_t mcType);
+
+/**
+ * SAD of a 8x8 block of 16-bit samples against a reference at half-pel precision.
+ *
+ * The sum over x in 0..7, y in 0..7 of |src(x, y) - ref(x, y)|, ref by mcType: 0..4194240.
+ *
+ * @param[in]  pSrc     top left sample of the block: 8 columns, 8 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference at its whole-pel position; the table tells what is read
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the sum
+ * @param[in]  mcType   half-pel case: 0, 4, 8 or 12
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSAD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSAD8x8_16u32s_C1R(const uint16_t *pSrc, int32_t srcStep, const uint16_t *pRef, int32_t refStep,
+                                        int32_t *pSAD, int32_t mcType);
+
+/**
+ * SAD of a 4x4 block of 16-bit samples against a reference at half-pel precision.
+ *
+ * The sum over x in 0..3, y in 0..3 of |src(x, y) - ref(x, y)|, ref by mcType: 0..1048560.
+ *
+ * @param[in]  pSrc     top left sample of the block: 4 columns, 4 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference at its whole-pel position; the table tells what is read
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the sum
+ * @param[in]  mcType   half-pel case: 0, 4, 8 or 12
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSAD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSAD4x4_16u32s_C1R(const uint16_t *pSrc, int32_t srcStep, const uint16_t *pRef, int32_t refStep,
+                                        int32_t *pSAD, int32_t mcType);
+
+/**
+ * SSD of a 8x8 block of bytes against a reference at half-pel precision.
+ *
+ * The sum over x in 0..7, y in 0..7 of (src(x, y) - ref(x, y)) squared, ref by mcType: 0..4161600.
+ *
+ * @param[in]  pSrc     top left sample of the block: 8 columns, 8 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference at its whole-pel position; the table tells what is read
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSSD     receives the sum
+ * @param[in]  mcType   half-pel case: 0, 4, 8 or 12
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSSD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSSD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSSD8x8_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                       int32_t *pSSD, int32_t mcType);
+
+/**
+ * SSD of a 4x4 block of bytes against a reference at half-pel precision.
+ *
+ * The sum over x in 0..3, y in 0..3 of (src(x, y) - ref(x, y)) squared, ref by mcType: 0..1040400.
+ *
+ * @param[in]  pSrc     top left sample of the block: 4 columns, 4 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference at its whole-pel position; the table tells what is read
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSSD     receives the sum
+ * @param[in]  mcType   half-pel case: 0, 4, 8 or 12
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSSD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSSD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSSD4x4_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                       int32_t *pSSD, int32_t mcType);
+
+/**
+ * SAD of a 8x16 block of bytes against a reference at a whole-pel position.
+ *
+ * The sum lies in 0..32640.
+ *
+ * @param[in]  pSrc     top left sample of the block: 8 columns, 16 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference: 8 columns, 16 rows
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the sum
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSAD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSAD8x16_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                        int32_t *pSAD);
+
+/**
+ * SAD of a 8x4 block of bytes against a reference at a whole-pel position.
+ *
+ * The sum lies in 0..8160.
+ *
+ * @param[in]  pSrc     top left sample of the block: 8 columns, 4 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference: 8 columns, 4 rows
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the sum
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSAD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSAD8x4_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                       int32_t *pSAD);
+
+/**
+ * SAD of a 4x8 block of bytes against a reference at a whole-pel position.
+ *
+ * The sum lies in 0..8160.
+ *
+ * @param[in]  pSrc     top left sample of the block: 4 columns, 8 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of the reference: 4 columns, 8 rows
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the sum
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSAD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSAD4x8_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                       int32_t *pSAD);
+
+/**
+ * SADs of a 16x16 block of bytes against candidates that lie one sample apart along a row.
+ *
+ * Candidate i is the block at pRef + i. Only whole groups of eight candidates are measured: count 13 measures
+ * eight and leaves pSAD[8] and those behind it as they are.
+ *
+ * @param[in]  pSrc     top left sample of the block: 16 columns, 16 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of candidate 0: with n candidates measured, 15 + n columns, 16 rows
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the SAD of each candidate measured
+ * @param[in]  count    number of candidates; the low three bits are ignored
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null.
+ * @retval zvpStatusBadSize      count is below 8.
+ * @retval zvpStatusOk           pSAD[0] to pSAD[(count & -8) - 1] hold the sums.
+ */
+ZVP_API zvpStatus zvpiSAD16x16xN_8u16u_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                           uint16_t *pSAD, int32_t count);
+
+/**
+ * SADs of a 8x8 block of bytes against candidates that lie one sample apart along a row.
+ *
+ * Candidate i is the block at pRef + i. Only whole groups of eight candidates are measured: count 13 measures
+ * eight and leaves pSAD[8] and those behind it as they are.
+ *
+ * @param[in]  pSrc     top left sample of the block: 8 columns, 8 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of candidate 0: with n candidates measured, 7 + n columns, 8 rows
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the SAD of each candidate measured
+ * @param[in]  count    number of candidates; the low three bits are ignored
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null.
+ * @retval zvpStatusBadSize      count is below 8.
+ * @retval zvpStatusOk           pSAD[0] to pSAD[(count & -8) - 1] hold the sums.
+ */
+ZVP_API zvpStatus zvpiSAD8x8xN_8u16u_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                         uint16_t *pSAD, int32_t count);
+
+/**
+ * SADs of a 4x4 block of bytes against candidates that lie one sample apart along a row.
+ *
+ * Candidate i is the block at pRef + i. Only whole groups of eight candidates are measured: count 13 measures
+ * eight and leaves pSAD[8] and those behind it as they are.
+ *
+ * @param[in]  pSrc     top left sample of the block: 4 columns, 4 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of candidate 0: with n candidates measured, 3 + n columns, 4 rows
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the SAD of each candidate measured
+ * @param[in]  count    number of candidates; the low three bits are ignored
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null.
+ * @retval zvpStatusBadSize      count is below 8.
+ * @retval zvpStatusOk           pSAD[0] to pSAD[(count & -8) - 1] hold the sums.
+ */
+ZVP_API zvpStatus zvpiSAD4x4xN_8u16u_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                         uint16_t *pSAD, int32_t count);
+
+/**
+ * SADs of a 2x2 block of bytes against candidates that lie one sample apart along a row.
+ *
+ * Candidate i is the block at pRef + i. Only whole groups of eight candidates are measured: count 13 measures
+ * eight and leaves pSAD[8] and those behind it as they are.
+ *
+ * @param[in]  pSrc     top left sample of the block: 2 columns, 2 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[in]  pRef     top left sample of candidate 0: with n candidates measured, 1 + n columns, 2 rows
+ * @param[in]  refStep  distance between rows of pRef in bytes
+ * @param[out] pSAD     receives the SAD of each candidate measured
+ * @param[in]  count    number of candidates; the low three bits are ignored
+ *
+ * @retval zvpStatusNullPointer  pSrc, pRef or pSAD is null.
+ * @retval zvpStatusBadSize      count is below 8.
+ * @retval zvpStatusOk           pSAD[0] to pSAD[(count & -8) - 1] hold the sums.
+ */
+ZVP_API zvpStatus zvpiSAD2x2xN_8u16u_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                         uint16_t *pSAD, int32_t count);
+
+/**
+ * SADs of a 16x16 block of bytes against candidates along a row, and the best candidate.
+ *
+ * As zvpiSAD16x16xN_8u16u_C1R(), then the index of the best of the candidates measured.
+ *
+ * @param[in]  pSrc       top left sample of the block: 16 columns, 16 rows
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[in]  pRef       top left sample of candidate 0: with n candidates measured, 15 + n columns, 16 rows
+ * @param[in]  refStep    distance between rows of pRef in bytes
+ * @param[out] pSAD       receives the SAD of each candidate measured
+ * @param[in]  count      number of candidates; the low three bits are ignored
+ * @param[out] pMinIndex  receives the index of the least SAD, the lowest one of equals
+ *
+ * @retval zvpStatusNullPointer  pMinIndex is null, tested first; then pSrc, pRef or pSAD. Nothing has been written.
+ * @retval zvpStatusBadSize      count is below 8. Nothing has been written.
+ * @retval zvpStatusOk           The sums and *pMinIndex are written.
+ */
+ZVP_API zvpStatus zvpiSAD16x16xNI_8u16u_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                            uint16_t *pSAD, int32_t count, int32_t *pMinIndex);
+
+/**
+ * SADs of a 8x8 block of bytes against candidates along a row, and the best candidate.
+ *
+ * As zvpiSAD8x8xN_8u16u_C1R(), then the index of the best of the candidates measured.
+ *
+ * @param[in]  pSrc       top left sample of the block: 8 columns, 8 rows
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[in]  pRef       top left sample of candidate 0: with n candidates measured, 7 + n columns, 8 rows
+ * @param[in]  refStep    distance between rows of pRef in bytes
+ * @param[out] pSAD       receives the SAD of each candidate measured
+ * @param[in]  count      number of candidates; the low three bits are ignored
+ * @param[out] pMinIndex  receives the index of the least SAD, the lowest one of equals
+ *
+ * @retval zvpStatusNullPointer  pMinIndex is null, tested first; then pSrc, pRef or pSAD. Nothing has been written.
+ * @retval zvpStatusBadSize      count is below 8. Nothing has been written.
+ * @retval zvpStatusOk           The sums and *pMinIndex are written.
+ */
+ZVP_API zvpStatus zvpiSAD8x8xNI_8u16u_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                          uint16_t *pSAD, int32_t count, int32_t *pMinIndex);
+
+/**
+ * SADs of a 4x4 block of bytes against candidates along a row, and the best candidate.
+ *
+ * As zvpiSAD4x4xN_8u16u_C1R(), then the index of the best of the candidates measured.
+ *
+ * @param[in]  pSrc       top left sample of the block: 4 columns, 4 rows
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[in]  pRef       top left sample of candidate 0: with n candidates measured, 3 + n columns, 4 rows
+ * @param[in]  refStep    distance between rows of pRef in bytes
+ * @param[out] pSAD       receives the SAD of each candidate measured
+ * @param[in]  count      number of candidates; the low three bits are ignored
+ * @param[out] pMinIndex  receives the index of the least SAD, the lowest one of equals
+ *
+ * @retval zvpStatusNullPointer  pMinIndex is null, tested first; then pSrc, pRef or pSAD. Nothing has been written.
+ * @retval zvpStatusBadSize      count is below 8. Nothing has been written.
+ * @retval zvpStatusOk           The sums and *pMinIndex are written.
+ */
+ZVP_API zvpStatus zvpiSAD4x4xNI_8u16u_C1R(const uint8_t *pSrc, int32_t srcStep, const uint8_t *pRef, int32_t refStep,
+                                          uint16_t *pSAD, int32_t count, int32_t *pMinIndex);
 
 /** @} */ /* measures_sad_and_ssd_with_half_pel_selection */
 
 /**
  * @defgroup measures_differences_block_statistics_and_edge_test Measures: differences, block statistics and edge test
+ *
+ * What the mode decision of an encoder asks for besides the SAD: residual blocks, SATD, deviation and variance of a
+ * block, frame against field activity of a macroblock, a quick edge test.
+ *
+ * For all members: blocks are read within their columns and rows and nowhere else. Steps may have any value, negative
+ * and odd ones too, and count bytes for 16-bit samples as well. Source blocks may overlap each other. What is written
+ * must not lie in a source block or in another result; only a residual of 16-bit samples may take the very place of a
+ * source block, with the same step. Nothing needs to be aligned.
  * @{
  */
+
+/**
+ * Residual of two 4x4 blocks of bytes.
+ *
+ * @param[in]  pSrc1     top left sample of the block to subtract from: 4 columns, 4 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the block to subtract: 4 columns, 4 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pDst      receives the residual src1 - src2: 4 columns, 4 rows
+ * @param[in]  dstStep   distance between rows of pDst in bytes
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pDst is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           The residual is written.
+ */
+ZVP_API zvpStatus zvpiSub4x4_8u16s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
+                                       int16_t *pDst, int32_t dstStep);
+
+/**
+ * Residual of two 8x8 blocks of bytes.
+ *
+ * @param[in]  pSrc1     top left sample of the block to subtract from: 8 columns, 8 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the block to subtract: 8 columns, 8 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pDst      receives the residual src1 - src2: 8 columns, 8 rows
+ * @param[in]  dstStep   distance between rows of pDst in bytes
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pDst is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           The residual is written.
+ */
+ZVP_API zvpStatus zvpiSub8x8_8u16s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
+                                       int16_t *pDst, int32_t dstStep);
+
+/**
+ * Residual of two 16x16 blocks of bytes.
+ *
+ * @param[in]  pSrc1     top left sample of the block to subtract from: 16 columns, 16 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the block to subtract: 16 columns, 16 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pDst      receives the residual src1 - src2: 16 columns, 16 rows
+ * @param[in]  dstStep   distance between rows of pDst in bytes
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pDst is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           The residual is written.
+ */
+ZVP_API zvpStatus zvpiSub16x16_8u16s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
+                                         int16_t *pDst, int32_t dstStep);
+
+/**
+ * Residual of two 4x4 blocks of 16-bit samples.
+ *
+ * Differences keep their low 16 bits; they do not saturate.
+ *
+ * @param[in]  pSrc1     top left sample of the block to subtract from: 4 columns, 4 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the block to subtract: 4 columns, 4 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pDst      receives the residual src1 - src2: 4 columns, 4 rows
+ * @param[in]  dstStep   distance between rows of pDst in bytes
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pDst is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           The residual is written.
+ */
+ZVP_API zvpStatus zvpiSub4x4_16u16s_C1R(const uint16_t *pSrc1, int32_t src1Step, const uint16_t *pSrc2,
+                                        int32_t src2Step, int16_t *pDst, int32_t dstStep);
+
+/**
+ * Residual of two 8x8 blocks of 16-bit samples.
+ *
+ * Differences keep their low 16 bits; they do not saturate.
+ *
+ * @param[in]  pSrc1     top left sample of the block to subtract from: 8 columns, 8 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the block to subtract: 8 columns, 8 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pDst      receives the residual src1 - src2: 8 columns, 8 rows
+ * @param[in]  dstStep   distance between rows of pDst in bytes
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pDst is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           The residual is written.
+ */
+ZVP_API zvpStatus zvpiSub8x8_16u16s_C1R(const uint16_t *pSrc1, int32_t src1Step, const uint16_t *pSrc2,
+                                        int32_t src2Step, int16_t *pDst, int32_t dstStep);
+
+/**
+ * Residual of two 8x8 blocks of bytes, and its SAD.
+ *
+ * @param[in]  pSrc1     top left sample of the block to subtract from: 8 columns, 8 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the block to subtract: 8 columns, 8 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pDst      receives the residual src1 - src2: 8 columns, 8 rows
+ * @param[in]  dstStep   distance between rows of pDst in bytes
+ * @param[out] pSAD      receives the sum of the absolute residuals: 0..16320
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2, pDst or pSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           The residual and *pSAD are written.
+ */
+ZVP_API zvpStatus zvpiSubSAD8x8_8u16s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2,
+                                          int32_t src2Step, int16_t *pDst, int32_t dstStep, int32_t *pSAD);
+
+/**
+ * Sum of absolute transformed differences of two 4x4 blocks of bytes.
+ *
+ * The residual goes through the 4x4 Hadamard transform along rows and columns; the result is the sum of the 16
+ * absolute values: 0..16320. There is no scaling: residual 1 at every position gives 16.
+ *
+ * @param[in]  pSrc1     top left sample of the one block: 4 columns, 4 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the other: 4 columns, 4 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pSATD     receives the sum
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pSATD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSATD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSATD4x4_8u32s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
+                                        int32_t *pSATD);
+
+/**
+ * Sum of absolute transformed differences of two 4x8 blocks of bytes.
+ *
+ * The sum of zvpiSATD4x4_8u32s_C1R() over the 2 tiles of 4x4 of the block.
+ *
+ * @param[in]  pSrc1     top left sample of the one block: 4 columns, 8 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the other: 4 columns, 8 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pSATD     receives the sum
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pSATD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSATD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSATD4x8_8u32s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
+                                        int32_t *pSATD);
+
+/**
+ * Sum of absolute transformed differences of two 8x4 blocks of bytes.
+ *
+ * The sum of zvpiSATD4x4_8u32s_C1R() over the 2 tiles of 4x4 of the block.
+ *
+ * @param[in]  pSrc1     top left sample of the one block: 8 columns, 4 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the other: 8 columns, 4 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pSATD     receives the sum
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pSATD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSATD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSATD8x4_8u32s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
+                                        int32_t *pSATD);
+
+/**
+ * Sum of absolute transformed differences of two 8x8 blocks of bytes.
+ *
+ * The sum of zvpiSATD4x4_8u32s_C1R() over the 4 tiles of 4x4 of the block.
+ *
+ * @param[in]  pSrc1     top left sample of the one block: 8 columns, 8 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the other: 8 columns, 8 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pSATD     receives the sum
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pSATD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSATD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSATD8x8_8u32s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
+                                        int32_t *pSATD);
+
+/**
+ * Sum of absolute transformed differences of two 8x16 blocks of bytes.
+ *
+ * The sum of zvpiSATD4x4_8u32s_C1R() over the 8 tiles of 4x4 of the block.
+ *
+ * @param[in]  pSrc1     top left sample of the one block: 8 columns, 16 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the other: 8 columns, 16 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pSATD     receives the sum
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pSATD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSATD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSATD8x16_8u32s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
+                                         int32_t *pSATD);
+
+/**
+ * Sum of absolute transformed differences of two 16x8 blocks of bytes.
+ *
+ * The sum of zvpiSATD4x4_8u32s_C1R() over the 8 tiles of 4x4 of the block.
+ *
+ * @param[in]  pSrc1     top left sample of the one block: 16 columns, 8 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the other: 16 columns, 8 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pSATD     receives the sum
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pSATD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSATD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSATD16x8_8u32s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2, int32_t src2Step,
+                                         int32_t *pSATD);
+
+/**
+ * Sum of absolute transformed differences of two 16x16 blocks of bytes.
+ *
+ * The sum of zvpiSATD4x4_8u32s_C1R() over the 16 tiles of 4x4 of the block.
+ *
+ * @param[in]  pSrc1     top left sample of the one block: 16 columns, 16 rows
+ * @param[in]  src1Step  distance between rows of pSrc1 in bytes
+ * @param[in]  pSrc2     top left sample of the other: 16 columns, 16 rows
+ * @param[in]  src2Step  distance between rows of pSrc2 in bytes
+ * @param[out] pSATD     receives the sum
+ *
+ * @retval zvpStatusNullPointer  pSrc1, pSrc2 or pSATD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pSATD holds the sum.
+ */
+ZVP_API zvpStatus zvpiSATD16x16_8u32s_C1R(const uint8_t *pSrc1, int32_t src1Step, const uint8_t *pSrc2,
+                                          int32_t src2Step, int32_t *pSATD);
+
+/**
+ * Absolute deviation of a 8x8 block of bytes from its mean.
+ *
+ * With m = (sum of the samples + 32) >> 6: the sum of |sample - m|. It is not divided.
+ *
+ * @param[in]  pSrc     top left sample of the block: 8 columns, 8 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[out] pResult  receives the sum of the deviations
+ *
+ * @retval zvpStatusNullPointer  pSrc or pResult is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pResult holds the sum.
+ */
+ZVP_API zvpStatus zvpiMeanAbsDev8x8_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, int32_t *pResult);
+
+/**
+ * Absolute deviation of a 16x16 block of bytes from its mean.
+ *
+ * With m = (sum of the samples + 128) >> 8: the sum of |sample - m|. It is not divided.
+ *
+ * @param[in]  pSrc     top left sample of the block: 16 columns, 16 rows
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[out] pResult  receives the sum of the deviations
+ *
+ * @retval zvpStatusNullPointer  pSrc or pResult is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pResult holds the sum.
+ */
+ZVP_API zvpStatus zvpiMeanAbsDev16x16_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, int32_t *pResult);
+
+/**
+ * Variance of a 16x16 block of bytes, times 256.
+ *
+ * With S the sum of the samples and Q the sum of their squares: Q - S * S / 256, the division truncating.
+ *
+ * @param[in]  pSrc       top left sample of the block: 16 columns, 16 rows
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[out] pVariance  receives the variance times 256
+ *
+ * @retval zvpStatusNullPointer  pSrc or pVariance is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pVariance is written.
+ */
+ZVP_API zvpStatus zvpiVariance16x16_8u32s(const uint8_t *pSrc, int32_t srcStep, uint32_t *pVariance);
+
+/**
+ * Variance per sample, and sum, of an 8x8 block of bytes.
+ *
+ * With S the sum of the samples and Q the sum of their squares, in single precision, each operation rounded to nearest:
+ * m = S * 0.015625, variance = Q * 0.015625 - m * m, truncated toward zero. Unlike that of zvpiVariance16x16_8u32s(),
+ * this variance is divided by the number of samples.
+ *
+ * @param[in]  pSrc       top left sample of the block: 8 columns, 8 rows
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[out] pVariance  receives the variance
+ * @param[out] pSum       receives the sum of the samples
+ *
+ * @retval zvpStatusNullPointer  pSrc, pVariance or pSum is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pVariance and *pSum are written.
+ */
+ZVP_API zvpStatus zvpiVarSum8x8_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, int32_t *pVariance, int32_t *pSum);
+
+/**
+ * Frame and field activity of a 16x16 block of bytes.
+ *
+ * Frame activity: the sum over all columns of |row i - row i+1| and |row i+8 - row i+9| for i in 0..6. Rows 7 and 8
+ * are not compared: the halves of the macroblock are measured apart. Field activity: the sum over all columns of
+ * |row 2i - row 2i+2| and |row 2i+1 - row 2i+3| for i in 0..6.
+ *
+ * @param[in]  pSrc       top left sample of the block: 16 columns, 16 rows
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[out] pFrameSAD  receives the frame activity
+ * @param[out] pFieldSAD  receives the field activity
+ *
+ * @retval zvpStatusNullPointer  pSrc, pFrameSAD or pFieldSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pFrameSAD and *pFieldSAD are written.
+ */
+ZVP_API zvpStatus zvpiFrameFieldSAD16x16_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, int32_t *pFrameSAD,
+                                                   int32_t *pFieldSAD);
+
+/**
+ * Frame and field activity of a 16x16 block of signed 16-bit samples.
+ *
+ * Frame activity: the sum over all columns of |row i - row i+1| and |row i+8 - row i+9| for i in 0..6. Rows 7 and 8
+ * are not compared: the halves of the macroblock are measured apart. Field activity: the sum over all columns of
+ * |row 2i - row 2i+2| and |row 2i+1 - row 2i+3| for i in 0..6.
+ *
+ * @param[in]  pSrc       top left sample of the block: 16 columns, 16 rows
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[out] pFrameSAD  receives the frame activity
+ * @param[out] pFieldSAD  receives the field activity
+ *
+ * @retval zvpStatusNullPointer  pSrc, pFrameSAD or pFieldSAD is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pFrameSAD and *pFieldSAD are written.
+ */
+ZVP_API zvpStatus zvpiFrameFieldSAD16x16_16s32s_C1R(const int16_t *pSrc, int32_t srcStep, int32_t *pFrameSAD,
+                                                    int32_t *pFieldSAD);
+
+/**
+ * Whether a 16x16 block of bytes holds edges.
+ *
+ * A position of columns 0..14, rows 0..14 counts once if its sample differs from the one to the right, or from the one
+ * below, by more than edgeDifference. Row 15 and column 15 are only neighbours.
+ *
+ * @param[in]  pSrc            top left sample of the block: 16 columns, 16 rows
+ * @param[in]  srcStep         distance between rows of pSrc in bytes
+ * @param[in]  edgeDifference  greatest difference that is no edge: 0..255; only the low byte counts
+ * @param[in]  edgeCount       greatest number of positions without effect: 0..255; only the low byte counts
+ * @param[out] pResult         receives 1 if more than edgeCount positions count, else 0
+ *
+ * Reads: 16 bytes of rows 0..14, 15 of row 15. Rows below the one that settles the result, but for its neighbours, may
+ * be left out.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pResult is null. The only check; nothing has been written.
+ * @retval zvpStatusOk           *pResult is written.
+ */
+ZVP_API zvpStatus zvpiEdgesDetect16x16_8u_C1R(const uint8_t *pSrc, int32_t srcStep, int32_t edgeDifference,
+                                              int32_t edgeCount, uint8_t *pResult);
 
 /** @} */ /* measures_differences_block_statistics_and_edge_test */
 

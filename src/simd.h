@@ -453,6 +453,16 @@ template <int Control, class T, int N> ZVP_INLINE Vec<T, N> shuffleHigh16(Vec<T,
   return as<Vec<T, N>>(detail::byHalves<U16<int(sizeof a / 2)>>(
       [&](int h, int i) { return x.lane[h + (i < 4 ? i : 4 + ((Control >> (2 * (i - 4))) & 3))]; }));
 }
+template <class T, int N> ZVP_INLINE Vec<T, N> evenLanes32(Vec<T, N> a, Vec<T, N> b) {
+  const auto x = as<U32<int(sizeof a / 4)>>(a), y = as<U32<int(sizeof a / 4)>>(b);
+  return as<Vec<T, N>>(detail::byHalves<U32<int(sizeof a / 4)>>(
+      [&](int h, int i) { return i < 2 ? x.lane[h + 2 * i] : y.lane[h + 2 * i - 4]; }));
+}
+template <class T, int N> ZVP_INLINE Vec<T, N> oddLanes32(Vec<T, N> a, Vec<T, N> b) {
+  const auto x = as<U32<int(sizeof a / 4)>>(a), y = as<U32<int(sizeof a / 4)>>(b);
+  return as<Vec<T, N>>(detail::byHalves<U32<int(sizeof a / 4)>>(
+      [&](int h, int i) { return i < 2 ? x.lane[h + 2 * i + 1] : y.lane[h + 2 * i - 3]; }));
+}
 template <int Count, class T, int N> ZVP_INLINE Vec<T, N> shiftBytesUp(Vec<T, N> a) {
   const auto x = as<U8<int(sizeof a)>>(a);
   return as<Vec<T, N>>(detail::byHalves<U8<int(sizeof a)>>(
@@ -530,6 +540,25 @@ ZVP_INLINE U16<8> packSaturateU16(S32<4> a, S32<4> b) {
 ZVP_SHUFFLE(shuffle32, shuffle_epi32, shuffle_epi32)
 ZVP_SHUFFLE(shuffleLow16, shufflelo_epi16, shufflelo_epi16)
 ZVP_SHUFFLE(shuffleHigh16, shufflehi_epi16, shufflehi_epi16)
+// The 32-bit lanes 0 and 2, or 1 and 3, of a's half, then those of b's.
+#if defined(__AVX2__)
+#define ZVP_EVERY_OTHER(NAME, CONTROL)                                                                            \
+  template <class T, int N> ZVP_INLINE Vec<T, N> NAME(Vec<T, N> a, Vec<T, N> b) {                                  \
+    if constexpr (sizeof a == 16)                                                                                  \
+      return {_mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), CONTROL))};            \
+    else                                                                                                           \
+      return {_mm256_castps_si256(                                                                                 \
+          _mm256_shuffle_ps(_mm256_castsi256_ps(a.v), _mm256_castsi256_ps(b.v), CONTROL))};                        \
+  }
+#else
+#define ZVP_EVERY_OTHER(NAME, CONTROL)                                                                    \
+  template <class T, int N> ZVP_INLINE Vec<T, N> NAME(Vec<T, N> a, Vec<T, N> b) {                          \
+    return {_mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), CONTROL))};      \
+  }
+#endif
+ZVP_EVERY_OTHER(evenLanes32, 0x88)
+ZVP_EVERY_OTHER(oddLanes32, 0xdd)
+#undef ZVP_EVERY_OTHER
 // By bytes, zeros coming in: up is toward the higher lanes.
 ZVP_SHUFFLE(shiftBytesUp, slli_si128, slli_si256)
 ZVP_SHUFFLE(shiftBytesDown, srli_si128, srli_si256)
