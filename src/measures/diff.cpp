@@ -22,8 +22,7 @@ zvpStatus zvpiSub4x4_8u16s_C1R(const u8* pSrc1, s32 src1Step, const u8* pSrc2, s
 zvpStatus zvpiSub8x8_8u16s_C1R(const u8* pSrc1, s32 src1Step, const u8* pSrc2, s32 src2Step, s16* pDst, s32 dstStep) {
   return subtractEntry(ownvc_Sub8x8_8u16s_C1R, pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep);
 }
-zvpStatus zvpiSub16x16_8u16s_C1R(const u8* pSrc1, s32 src1Step, const u8* pSrc2, s32 src2Step, s16* pDst,
-                                 s32 dstStep) {
+zvpStatus zvpiSub16x16_8u16s_C1R(const u8* pSrc1, s32 src1Step, const u8* pSrc2, s32 src2Step, s16* pDst, s32 dstStep) {
   return subtractEntry(ownvc_Sub16x16_8u16s_C1R, pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep);
 }
 zvpStatus zvpiSub4x4_16u16s_C1R(const u16* pSrc1, s32 src1Step, const u16* pSrc2, s32 src2Step, s16* pDst,

@@ -8,10 +8,14 @@
 namespace zvp::measures {
 
 // count samples as 16-bit lanes: 4, or as many as fill a register.
-template <class T, int count> ZVP_INLINE auto loadSamples(const u8* p) {
-  if constexpr (sizeof(T) == 2) return simd::loadBytes<simd::S16<std::max(count, 8)>, 2 * count>(p);
-  else if constexpr (count == 4) return widenLow(simd::loadBytes<simd::U8<16>, 4>(p));
-  else return simd::loadWidened<count>(p);
+template <class T, int count>
+ZVP_INLINE auto loadSamples(const u8* p) {
+  if constexpr (sizeof(T) == 2)
+    return simd::loadBytes<simd::S16<std::max(count, 8)>, 2 * count>(p);
+  else if constexpr (count == 4)
+    return widenLow(simd::loadBytes<simd::U8<16>, 4>(p));
+  else
+    return simd::loadWidened<count>(p);
 }
 
 // Each row, or part of a row, is read before its place in dst is written. The status is always zvpStatusOk: an entry
@@ -23,7 +27,8 @@ zvpStatus subtract(const u8* a, std::ptrdiff_t aStep, const u8* b, std::ptrdiff_
 #pragma GCC unroll 8
   for (int y = 0; y < H; ++y, a += aStep, b += bStep, dst += dstStep)
     for (int x = 0; x < W; x += count) {
-      const auto difference = loadSamples<T, count>(a + x * int(sizeof(T))) - loadSamples<T, count>(b + x * int(sizeof(T)));
+      const auto difference =
+          loadSamples<T, count>(a + x * int(sizeof(T))) - loadSamples<T, count>(b + x * int(sizeof(T)));
       simd::storeBytes<2 * count>(dst + 2 * x, difference);
     }
   return zvpStatusOk;

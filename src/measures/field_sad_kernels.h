@@ -5,9 +5,11 @@
 
 namespace zvp::measures {
 
-template <template <int> class Sum> zvpStatus frameFieldSad(const u8* src, std::ptrdiff_t step, s32* frame, s32* field) {
-  constexpr int widthBytes = 16 * int(sizeof(typename Sum<16>::Element)), bytes = std::min(widthBytes, simd::registerBytes);
-  using Row = simd::Vec<typename Sum<16>::Element, bytes / int(sizeof(typename Sum<16>::Element))>;
+template <template <int> class Sum>
+zvpStatus frameFieldSad(const u8* src, std::ptrdiff_t step, s32* frame, s32* field) {
+  using T = typename Sum<16>::Element;
+  constexpr int widthBytes = 16 * int(sizeof(T)), bytes = std::min(widthBytes, simd::registerBytes);
+  using Row = simd::Vec<T, bytes / int(sizeof(T))>;
   Sum<bytes> frameSum, fieldSum;
   for (int x = 0; x < widthBytes; x += bytes) {
     const u8* p = src + x;

@@ -17,7 +17,8 @@ namespace zvp::measures {
 enum class HalfPel { none, FH, HF, HH };
 
 // The reference samples of one register of rows after the other. T lies in rows of rowBytes bytes.
-template <class T, int rowBytes, int bytes, HalfPel C> class Reference {
+template <class T, int rowBytes, int bytes, HalfPel C>
+class Reference {
  public:
   using Samples = simd::Vec<T, bytes / int(sizeof(T))>;
 
@@ -27,7 +28,8 @@ template <class T, int rowBytes, int bytes, HalfPel C> class Reference {
   }
 
   // Odd: whether this is the second, fourth, ... call.
-  template <bool Odd> ZVP_INLINE Samples next() {
+  template <bool Odd>
+  ZVP_INLINE Samples next() {
     const u8* const p = p_;
     p_ += rows * step_;
     if constexpr (C == HalfPel::none) {
@@ -56,12 +58,11 @@ template <class T, int rowBytes, int bytes, HalfPel C> class Reference {
   static constexpr int rows = bytes / rowBytes;
   static constexpr bool sharesRows = rows == 1;
 
-  ZVP_INLINE Samples load(const u8* p) const {
-    return simd::as<Samples>(simd::loadRows<rowBytes, bytes>(p, step_));
-  }
+  ZVP_INLINE Samples load(const u8* p) const { return simd::as<Samples>(simd::loadRows<rowBytes, bytes>(p, step_)); }
 
   // Means of the samples and their right neighbours, rounded up or down; odd: 1 where the sum of the two is odd.
-  template <bool RoundDown> ZVP_INLINE Samples alongRow(const u8* p, Samples& odd) const {
+  template <bool RoundDown>
+  ZVP_INLINE Samples alongRow(const u8* p, Samples& odd) const {
     const Samples a = load(p), b = load(p + sizeof(T));
     odd = (a ^ b) & simd::splat<Samples>(1);
     return RoundDown ? average(a, b) - odd : average(a, b);

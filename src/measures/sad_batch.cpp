@@ -18,8 +18,7 @@ zvpStatus batchEntry(const u8* src, s32 srcStep, const u8* ref, s32 refStep, u16
 }
 
 template <int W, int H>
-zvpStatus batchIndexEntry(const u8* src, s32 srcStep, const u8* ref, s32 refStep, u16* sads, s32 count,
-                          s32* minIndex) {
+zvpStatus batchIndexEntry(const u8* src, s32 srcStep, const u8* ref, s32 refStep, u16* sads, s32 count, s32* minIndex) {
   if (anyNull(minIndex)) return zvpStatusNullPointer;  // before the batch: the SADs stay unwritten
   const zvpStatus status = batchEntry<W, H>(src, srcStep, ref, refStep, sads, count);
   if (status != zvpStatusOk) return status;

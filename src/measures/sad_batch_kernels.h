@@ -1,8 +1,8 @@
 // SADs of one block against candidates that lie one sample apart along a row.
 //
-// Each load and each packed SAD serves two results: 8-wide blocks of candidates i and i + 8, or 4-wide ones of i and
-// i + 4, stand in one register of reference bytes; a block row is loaded once for all candidates. All sums fit 16
-// bits, also those of the halves of 16-wide rows, so that eight results come together by shifts.
+// Where blocks are narrower than a register, a load and a packed SAD serve two candidates: 8-wide blocks of candidates
+// i and i + 8, or 4-wide ones of i and i + 4, stand in 16 bytes of the reference. All sums fit 16 bits, also those of
+// the halves of 16-wide rows, so that eight results come together by shifts.
 #pragma once
 
 #include <algorithm>
@@ -18,54 +18,71 @@ ZVP_INLINE simd::U64<2> collect(simd::U64<2> a, simd::U64<2> b, simd::U64<2> c, 
   return (a | simd::shiftLeft<16>(b)) | (simd::shiftLeft<32>(c) | simd::shiftLeft<48>(d));
 }
 
-// The sums of four candidates, collected: load(i) gives the bytes of candidate i and of what shares its register,
-// nextRows() steps on, block() gives the bytes to compare with. Sums are added two by two: more at a time, or one by
-// one, keep the SAD instruction waiting for its port.
-template <int steps, class Block, class Load, class Next>
-ZVP_INLINE simd::U64<2> sadOfFour(Block block, Load load, Next nextRows) {
-  simd::U64<2> sum[4];
+// A step is of 16 bytes; a register of 32 takes in two of them, whose sums are added in the end.
+inline constexpr int batchBytes = simd::registerBytes, batchSteps = batchBytes / 16;
+
+template <int N>
+ZVP_INLINE simd::U64<2> overSteps(simd::U64<N> sums) {
+  if constexpr (N == 2)
+    return sums;
+  else
+    return lowHalf(sums) + highHalf(sums);
+}
+
+// The sums of four candidates, collected: block(step) gives the bytes to compare with, candidate(step, i) those of
+// candidate i and of what shares its register. Sums are added two by two: more at a time, or one by one, keep the SAD
+// instruction waiting for its port.
+template <int steps, class Block, class Candidate>
+ZVP_INLINE simd::U64<2> sadOfFour(Block block, Candidate candidate) {
+  using Sums = simd::U64<batchBytes / 8>;
+  Sums sum[4];
 #pragma GCC unroll 4
-  for (int i = 0; i < 4; ++i) sum[i] = simd::zero<simd::U64<2>>();
+  for (int i = 0; i < 4; ++i) sum[i] = simd::zero<Sums>();
 #pragma GCC unroll 4
-  for (int step = 0; step < steps; ++step) {
-    const auto bytes = block();
+  for (int step = 0; step < steps; step += batchSteps) {
+    const auto bytes = block(step);
 #pragma GCC unroll 2
     for (int i = 0; i < 4; i += 2) {
-      const auto a = sumAbsDiff(load(i), bytes), b = sumAbsDiff(load(i + 1), bytes);
+      const auto a = sumAbsDiff(candidate(step, i), bytes), b = sumAbsDiff(candidate(step, i + 1), bytes);
       sum[i] = sum[i] + a;
       sum[i + 1] = sum[i + 1] + b;
     }
-    nextRows();
   }
-  return collect(sum[0], sum[1], sum[2], sum[3]);
+  return collect(overSteps(sum[0]), overSteps(sum[1]), overSteps(sum[2]), overSteps(sum[3]));
 }
 
-// Eight candidates of blocks 8 or 16 wide: a register holds 16 bytes of one of them, in whole rows.
+// Eight candidates of blocks 8 or 16 wide: a step takes in 16 bytes of one of them, in whole rows.
 template <int W, int H>
 ZVP_INLINE void sadOfEight(const u8* src, std::ptrdiff_t srcStep, const u8* ref, std::ptrdiff_t refStep, u16* sads) {
   constexpr int rows = 16 / W;
   const auto four = [=](int first) {
-    const u8 *s = src, *r = ref + first;
-    return sadOfFour<H / rows>([&] { return simd::loadRows<W, 16>(s, srcStep); },
-                               [&](int i) { return simd::loadRows<W, 16>(r + i, refStep); },
-                               [&] { s += rows * srcStep, r += rows * refStep; });
+    return sadOfFour<H / rows>(
+        [=](int step) { return simd::loadRows<W, batchBytes>(src + step * rows * srcStep, srcStep); },
+        [=](int step, int i) {
+          return simd::loadRows<W, batchBytes>(ref + first + i + step * rows * refStep, refStep);
+        });
   };
   const auto low = four(0), high = four(4);  // sums of both halves of the registers
   store(sads, simd::as<simd::U16<8>>(interleaveLow(low, high)) + simd::as<simd::U16<8>>(interleaveHigh(low, high)));
 }
 
-// Sixteen candidates of a block 8 wide: a register holds a row of candidate i and one of candidate i + 8.
+// Sixteen candidates of a block 8 wide: a step takes in a row of candidate i and one of candidate i + 8.
 template <int H>
 ZVP_INLINE void sadOfSixteen8xH(const u8* src, std::ptrdiff_t srcStep, const u8* ref, std::ptrdiff_t refStep,
                                 u16* sads) {
+  const auto twice = [=](int y) {
+    const auto row = simd::loadBytes<simd::U64<2>, 8>(src + y * srcStep);
+    return simd::as<simd::U8<16>>(interleaveLow(row, row));
+  };
   const auto four = [=](int first) {
-    const u8 *s = src, *r = ref + first;
-    const auto twice = [&] {
-      const auto row = simd::loadBytes<simd::U64<2>, 8>(s);
-      return simd::as<simd::U8<16>>(interleaveLow(row, row));
-    };
-    return sadOfFour<H>(twice, [&](int i) { return simd::load<simd::U8<16>>(r + i); },
-                        [&] { s += srcStep, r += refStep; });
+    return sadOfFour<H>(
+        [=](int y) {
+          if constexpr (batchSteps == 1)
+            return twice(y);
+          else
+            return join(twice(y), twice(y + 1));
+        },
+        [=](int y, int i) { return simd::loadRows<16, batchBytes>(ref + first + i + y * refStep, refStep); });
   };
   const auto low = four(0), high = four(4);
   store(sads, interleaveLow(low, high));
@@ -73,8 +90,7 @@ ZVP_INLINE void sadOfSixteen8xH(const u8* src, std::ptrdiff_t srcStep, const u8*
 }
 
 template <int W, int H>
-void sadCandidates(const u8* src, std::ptrdiff_t srcStep, const u8* ref, std::ptrdiff_t refStep, u16* sads,
-                   int count) {
+void sadCandidates(const u8* src, std::ptrdiff_t srcStep, const u8* ref, std::ptrdiff_t refStep, u16* sads, int count) {
   if constexpr (W == 8)
     for (; count >= 16; count -= 16, ref += 16, sads += 16) sadOfSixteen8xH<H>(src, srcStep, ref, refStep, sads);
   for (; count >= 8; count -= 8, ref += 8, sads += 8) sadOfEight<W, H>(src, srcStep, ref, refStep, sads);
@@ -82,8 +98,8 @@ void sadCandidates(const u8* src, std::ptrdiff_t srcStep, const u8* ref, std::pt
 
 // 4x4: two rows of candidate i stand beside two rows of candidate i + 4.
 template <>
-inline void sadCandidates<4, 4>(const u8* src, std::ptrdiff_t srcStep, const u8* ref, std::ptrdiff_t refStep,
-                                u16* sads, int count) {
+inline void sadCandidates<4, 4>(const u8* src, std::ptrdiff_t srcStep, const u8* ref, std::ptrdiff_t refStep, u16* sads,
+                                int count) {
   using Rows = simd::U32<4>;
   const auto twoRows = [](const u8* p, std::ptrdiff_t step) {
     return interleaveLow(simd::loadBytes<Rows, 8>(p), simd::loadBytes<Rows, 8>(p + step));
@@ -104,8 +120,8 @@ inline void sadCandidates<4, 4>(const u8* src, std::ptrdiff_t srcStep, const u8*
 
 // 2x2: a register holds the left samples of eight candidates and their right ones.
 template <>
-inline void sadCandidates<2, 2>(const u8* src, std::ptrdiff_t srcStep, const u8* ref, std::ptrdiff_t refStep,
-                                u16* sads, int count) {
+inline void sadCandidates<2, 2>(const u8* src, std::ptrdiff_t srcStep, const u8* ref, std::ptrdiff_t refStep, u16* sads,
+                                int count) {
   const auto spread = [](const u8* p) {
     const auto left = simd::splat<simd::U8<16>>(p[0]), right = simd::splat<simd::U8<16>>(p[1]);
     return simd::as<simd::U8<16>>(interleaveLow(simd::as<simd::U64<2>>(left), simd::as<simd::U64<2>>(right)));

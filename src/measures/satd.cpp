@@ -6,9 +6,10 @@ using namespace zvp;
 namespace {
 
 template <int W, int H>
-zvpStatus satdEntry(const u8* src1, s32 src1Step, const u8* src2, s32 src2Step, s32* result) {
+ZVP_INLINE zvpStatus satdEntry(const u8* src1, s32 src1Step, const u8* src2, s32 src2Step, s32* result) {
   if (anyNull(src1, src2, result)) return zvpStatusNullPointer;
-  return measures::satd<W, H>(src1, src1Step, src2, src2Step, result);
+  storeAs(result, measures::satd<W, H>(src1, src1Step, src2, src2Step));
+  return zvpStatusOk;
 }
 
 }  // namespace

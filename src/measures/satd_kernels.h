@@ -2,12 +2,14 @@
 //
 // A register holds 4-sample rows of several tiles. The samples of the even and of the odd columns are taken apart while
 // they are widened to 16 bits, so that the first step along the rows is a sum and a difference of registers; then come
-// the two steps down the columns, then the second one along the rows, between lanes 2 i and 2 i + 1. The last step is
-// not carried out: |x + y| + |x - y| is 2 max(|x|, |y|).
+// the two steps down the columns, then the second one along the rows, between lanes 2 i and 2 i + 1. Of the last step
+// only what the sum needs is carried out: half of |x + y| + |x - y| is max(|x|, |y|), or max(x + y, 0) - min(x, y).
 //
 // A step at most doubles the values: 255 in the residual, 2040 after three steps. A lane of the sum takes in at most
-// 16 values, of a 16x16 block in 16-byte registers: 32640.
+// 16 maxima, of a 16x16 block in 16-byte registers: 32640. On the way there it may wrap.
 #pragma once
+
+#include <algorithm>
 
 #include "entry.h"
 #include "simd.h"
@@ -15,7 +17,8 @@
 namespace zvp::measures {
 
 // After the first step along the rows: c0 + c1, c2 + c3 of each tile row, and c0 - c1, c2 - c3.
-template <int N> struct RowPairs {
+template <int N>
+struct RowPairs {
   simd::S16<N / 2> sum, difference;
 
   ZVP_INLINE RowPairs(simd::U8<N> a, simd::U8<N> b) {
@@ -31,13 +34,15 @@ template <int N> struct RowPairs {
 };
 
 // x + y and x - y in place.
-template <class V> ZVP_INLINE void butterfly(V& x, V& y) {
+template <class V>
+ZVP_INLINE void butterfly(V& x, V& y) {
   const V sum = x + y;
   y = x - y;
   x = sum;
 }
 // The same between the low 64 bits of each 16 bytes, of a then b, and the high ones.
-template <class V> ZVP_INLINE void butterflyHalves(V& a, V& b) {
+template <class V>
+ZVP_INLINE void butterflyHalves(V& a, V& b) {
   using Half = simd::U64<simd::Lanes<V>::bytes / 8>;
   const auto x = simd::as<Half>(a), y = simd::as<Half>(b);
   a = simd::as<V>(interleaveLow(x, y));
@@ -45,20 +50,23 @@ template <class V> ZVP_INLINE void butterflyHalves(V& a, V& b) {
   butterfly(a, b);
 }
 
-// The last step along the rows, for two registers: half of |x + y| + |x - y| over lanes x = 2 i, y = 2 i + 1.
-template <class V> ZVP_INLINE V lastStep(V a, V b) {
+// The last step along the rows, for two registers: adds half of |x + y| + |x - y| of lanes x = 2 i, y = 2 i + 1.
+template <class V>
+ZVP_INLINE void addLastStep(V& total, V a, V b) {
   const V low = interleaveLow(a, b), high = interleaveHigh(a, b);
   const V x = evenLanes32(low, high), y = oddLanes32(low, high);
-  return max(max(x, y), simd::zero<V>() - min(x, y));
+  total = total + max(x + y, simd::zero<V>()) - min(x, y);
 }
 
 // One tile row a register: the last three steps from the sums, or the differences, of rows 0 to 3 of each tile.
-template <class V> ZVP_INLINE V satdOfRows(V r0, V r1, V r2, V r3) {
+template <class V>
+ZVP_INLINE void addSatdOfRows(V& total, V r0, V r1, V r2, V r3) {
   butterfly(r0, r1);
   butterfly(r2, r3);
   butterfly(r0, r2);
   butterfly(r1, r3);
-  return lastStep(r0, r1) + lastStep(r2, r3);
+  addLastStep(total, r0, r1);
+  addLastStep(total, r2, r3);
 }
 
 // Two tile rows a register: rows 0 and 1 of two tiles in the first, rows 2 and 3 in the second.
@@ -67,7 +75,10 @@ ZVP_INLINE simd::S16<8> satdOfRowPairs(RowPairs<16> rows01, RowPairs<16> rows23)
   butterfly(rows01.difference, rows23.difference);
   butterflyHalves(rows01.sum, rows23.sum);
   butterflyHalves(rows01.difference, rows23.difference);
-  return lastStep(rows01.sum, rows23.sum) + lastStep(rows01.difference, rows23.difference);
+  auto total = simd::zero<simd::S16<8>>();
+  addLastStep(total, rows01.sum, rows23.sum);
+  addLastStep(total, rows01.difference, rows23.difference);
+  return total;
 }
 
 // All four rows of one tile in a register.
@@ -75,7 +86,9 @@ ZVP_INLINE simd::S16<8> satdOfTile(RowPairs<16> rows) {
   butterflyHalves(rows.sum, rows.difference);
   auto even = evenLanes32(rows.sum, rows.difference), odd = oddLanes32(rows.sum, rows.difference);
   butterfly(even, odd);
-  return lastStep(even, odd);
+  auto total = simd::zero<simd::S16<8>>();
+  addLastStep(total, even, odd);
+  return total;
 }
 
 // Four bytes from each of the four places.
@@ -86,43 +99,40 @@ ZVP_INLINE simd::U8<16> load4x4(const u8* p0, const u8* p1, const u8* p2, const 
   return simd::as<simd::U8<16>>(interleaveLow(simd::as<simd::U64<2>>(low), simd::as<simd::U64<2>>(high)));
 }
 
+// The sum is taken of halves, and doubled.
 template <int W, int H>
-zvpStatus satd(const u8* a, std::ptrdiff_t aStep, const u8* b, std::ptrdiff_t bStep, s32* result) {
-  constexpr int bytes = std::min(simd::registerBytes, W * H / 4);
-  simd::S16<8> half;
-  if constexpr (W * H == 16) {
-    half = satdOfTile({simd::loadRows<4, 16>(a, aStep), simd::loadRows<4, 16>(b, bStep)});
+ZVP_INLINE s32 satd(const u8* a, std::ptrdiff_t aStep, const u8* b, std::ptrdiff_t bStep) {
+  using simd::loadRows;
+  if constexpr (W == 4 && H == 4) {
+    return 2 * reduceAdd(satdOfTile({loadRows<4, 16>(a, aStep), loadRows<4, 16>(b, bStep)}));
   } else if constexpr (W == 8 && H == 4) {
-    half = satdOfRowPairs({simd::loadRows<8, 16>(a, aStep), simd::loadRows<8, 16>(b, bStep)},
-                          {simd::loadRows<8, 16>(a + 2 * aStep, aStep), simd::loadRows<8, 16>(b + 2 * bStep, bStep)});
+    return 2 *
+           reduceAdd(satdOfRowPairs({loadRows<8, 16>(a, aStep), loadRows<8, 16>(b, bStep)},
+                                    {loadRows<8, 16>(a + 2 * aStep, aStep), loadRows<8, 16>(b + 2 * bStep, bStep)}));
   } else if constexpr (W == 4 && H == 8) {
-    const auto rows = [](const u8* p, std::ptrdiff_t step) {
-      return load4x4(p, p + 4 * step, p + step, p + 5 * step);
-    };
-    half = satdOfRowPairs({rows(a, aStep), rows(b, bStep)},
-                          {rows(a + 2 * aStep, aStep), rows(b + 2 * bStep, bStep)});
+    const auto rows = [](const u8* p, std::ptrdiff_t step) { return load4x4(p, p + 4 * step, p + step, p + 5 * step); };
+    return 2 * reduceAdd(satdOfRowPairs({rows(a, aStep), rows(b, bStep)},
+                                        {rows(a + 2 * aStep, aStep), rows(b + 2 * bStep, bStep)}));
   } else {
     // A register holds row y of tiles that stand side by side and, where it is wider than the block, on top of each
     // other: four rows apart.
+    constexpr int bytes = std::min(simd::registerBytes, W * H / 4), tilesDown = bytes / W;
     auto sum = simd::zero<simd::S16<bytes / 2>>();
-    for (int y = 0; y < H; y += 4 * bytes / W) {
+    for (int y = 0; y < H; y += 4 * tilesDown) {
       const auto nextRows = [&] {
-        const RowPairs<bytes> rows(simd::loadRows<W, bytes>(a, 4 * aStep), simd::loadRows<W, bytes>(b, 4 * bStep));
+        const RowPairs<bytes> rows(loadRows<W, bytes>(a, 4 * aStep), loadRows<W, bytes>(b, 4 * bStep));
         a += aStep;
         b += bStep;
         return rows;
       };
       const auto r0 = nextRows(), r1 = nextRows(), r2 = nextRows(), r3 = nextRows();
-      sum = sum + satdOfRows(r0.sum, r1.sum, r2.sum, r3.sum);
-      sum = sum + satdOfRows(r0.difference, r1.difference, r2.difference, r3.difference);
-      a += 4 * (bytes / W - 1) * aStep;
-      b += 4 * (bytes / W - 1) * bStep;
+      addSatdOfRows(sum, r0.sum, r1.sum, r2.sum, r3.sum);
+      addSatdOfRows(sum, r0.difference, r1.difference, r2.difference, r3.difference);
+      a += 4 * (tilesDown - 1) * aStep;
+      b += 4 * (tilesDown - 1) * bStep;
     }
-    storeAs(result, 2 * reduceAdd(sum));
-    return zvpStatusOk;
+    return 2 * reduceAdd(sum);
   }
-  storeAs(result, 2 * reduceAdd(half));
-  return zvpStatusOk;
 }
 
 }  // namespace zvp::measures

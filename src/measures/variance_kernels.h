@@ -10,7 +10,8 @@ struct Moments {
 };
 
 // A register takes in whole rows.
-template <int W, int H> ZVP_INLINE Moments moments(const u8* src, std::ptrdiff_t step) {
+template <int W, int H>
+ZVP_INLINE Moments moments(const u8* src, std::ptrdiff_t step) {
   constexpr int bytes = simd::registerBytes, rows = bytes / W;
   SumAbsDiff8u<bytes> sum;
   auto squares = simd::zero<simd::S32<bytes / 4>>();
@@ -25,7 +26,8 @@ template <int W, int H> ZVP_INLINE Moments moments(const u8* src, std::ptrdiff_t
 }
 
 // The sum of |s - m|, m being the mean rounded to nearest, halves up. It is not divided.
-template <int W, int H> zvpStatus meanAbsDev(const u8* src, std::ptrdiff_t step, s32* result) {
+template <int W, int H>
+zvpStatus meanAbsDev(const u8* src, std::ptrdiff_t step, s32* result) {
   constexpr int bytes = simd::registerBytes, rows = bytes / W;
   const auto row = [=](int y) { return simd::loadRows<W, bytes>(src + y * step, step); };
   SumAbsDiff8u<bytes> sum, deviation;
