@@ -13,7 +13,7 @@ zvpStatus frameFieldSad(const u8* src, std::ptrdiff_t step, s32* frame, s32* fie
   Sum<bytes> frameSum, fieldSum;
   for (int x = 0; x < widthBytes; x += bytes) {
     const u8* p = src + x;
-    Row twoAbove, above;
+    Row twoAbove = simd::zero<Row>(), above = twoAbove;
 #pragma GCC unroll 16
     for (int y = 0; y < 16; ++y, p += step) {
       const Row row = simd::load<Row>(p);
