@@ -2677,10 +2677,10 @@ ZVP_API zvpStatus zvpiScanInv_16s_C1(const int16_t *pSrc, int16_t *pDst, int32_t
  * Reads:  the stream's words as told above; the entries of the tables that the bits choose; pScanOrder.
  * Writes: 16 elements at *ppDstCoeffs, if TotalCoeff is not 0, as soon as it is known.
  *
- * @retval zvpStatusNullPointer  an argument, *ppBitStream or *ppDstCoeffs is null.
- * @retval zvpStatusOutOfRange   maxNumCoeff is neither 16 nor 15; then: vlcSelect is negative as a signed number.
- * @retval zvpStatusNullPointer  the chosen coeff_token table is null. Later, when it is needed: a total_zeros or
+ * @retval zvpStatusNullPointer  an argument, *ppBitStream or *ppDstCoeffs is null. After the two tests of the next line:
+ *                               the chosen coeff_token table is null. Later, when it is needed: a total_zeros or
  *                               run_before table is null; the cursor is left behind what was read, *ppDstCoeffs stays.
+ * @retval zvpStatusOutOfRange   maxNumCoeff is neither 16 nor 15; then: vlcSelect is negative as a signed number.
  * @retval zvpStatusBadVlcInput  bits that are no code in their table. The cursor is as before the call, *ppDstCoeffs
  *                               stays; *pNumCoeff and the elements written by then are not undone.
  * @retval zvpStatusOk           the block is decoded.
