@@ -33,11 +33,24 @@ Check atAllPlaces(Actual actual, Expected expected) {
   };
 }
 
+inline constexpr std::pair<int, const char*> halfPelCases[] = {
+    {0, "whole"}, {4, "half y"}, {8, "half x"}, {12, "half xy"}};
+
 // A row of which each call leaves its result in in->result.
 template <class Call, class Expected>
 void addResultRow(Add add, MeasureInputs* in, const char* name, const char* caseName, Call call, Expected expected) {
   const auto actual = [=](int i) { return call(i), in->result; };
   add(name, caseName, call, atAllPlaces(actual, [=](int i) { return std::int32_t(expected(i)); }));
+}
+
+// The four half-pel cases of a member for bytes.
+template <class Function, class Model>
+void addHalfPelRows(Add add, MeasureInputs* in, const char* name, Function function, int w, int h, Model model) {
+  for (const auto& [mcType, caseName] : halfPelCases)
+    addResultRow(
+        add, in, name, caseName,
+        [=, type = mcType](int i) { function(in->a8(i), in->step8, in->b8(i), in->step8, &in->result, type); },
+        [=, type = mcType](int i) { return model(in->a8(i), in->step8, in->b8(i), in->step8, w, h, type); });
 }
 
 }  // namespace bench

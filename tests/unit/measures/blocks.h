@@ -1,7 +1,10 @@
 // Guarded input blocks for the tests of the measures.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include "support/random.h"
+#include "zvpvc.h"
 
 namespace zvptest {
 
@@ -24,6 +27,19 @@ typename GuardedPlane<T>::Margin halfPelMargin(int mcType) {
   margin.below = (mcType & 4) != 0 ? 1 : 0;
   margin.right = (mcType & 8) != 0 ? 1 : 0;
   return margin;
+}
+
+// Each of two sources and a result null, alone and together: refused, the result as it was. call(a, b, result) passes
+// the pointers on.
+template <class T, class R, class Call>
+void expectNullsRefused(const char* name, Call call) {
+  const T sample = 1;
+  R result = 77;
+  for (int present = 0; present < 7; ++present)
+    EXPECT_EQ(call(present & 1 ? &sample : nullptr, present & 2 ? &sample : nullptr, present & 4 ? &result : nullptr),
+              zvpStatusNullPointer)
+        << name << ' ' << present;
+  EXPECT_EQ(result, 77);
 }
 
 }  // namespace zvptest
