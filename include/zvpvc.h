@@ -4078,8 +4078,659 @@ ZVP_API zvpStatus zvpiFilterDeblockingChroma422VerEdgeMBAFF_H264_16u_C1IR(const 
 
 /**
  * @defgroup h264_4x4_transform_and_quantization H.264: 4x4 transform and quantization
+ *
+ * The arithmetic of residual blocks: the core transform both ways, the Hadamard transforms of DC blocks, quantization
+ * and scaling (H.264 8.5.8 to 8.5.12, and their counterparts in an encoder), and the blocks of switching pictures
+ * (8.6). There are three sets: plain transforms and quantization by themselves (zvpiTransformResidual4x4...,
+ * zvpiQuantizeResidual4x4...); both together with the scales of flat matrices; and both together with scaling lists of
+ * the caller's, 4:2:2 chroma DC and 32-bit members for samples of up to 14 bits (zvpiTransformQuant...4x4 and so on).
+ *
+ * A block is 16 elements in raster order, one row behind the other without gaps unless a text has a step; DC blocks of
+ * chroma are 4 elements, two rows of two, or for 4:2:2 8 elements, four rows of two.
+ *   - Levels: (|c| * factor + rounding) >> shift with c's sign, where the rounding is a third of a step for intra and a
+ *     sixth for inter blocks. The default factor at QP is the usual one of encoders, 13107 for position 0 at QP 0, with
+ *     shift QP / 6 + 15; a caller's factors have shift QP / 6 + 11, as zvpiGenScaleLevel4x4_H264_8u16s_C1() makes them.
+ *     DC blocks use the factor of element 0 and a shift larger by one.
+ *   - Counts: the number of levels other than 0 and the largest pScanOrder[i] of such a level i, 0 without any. The
+ *     members that transform and quantize give the number negative if element 0 is one of them, so that -1 is a block
+ *     that has a DC alone.
+ *   - 16-bit elements keep their low 16 bits, also between the two passes of an inverse transform, of a Hadamard
+ *     transform, and of what is scaled; 32-bit elements their low 32. The products of 32-bit coefficients and factors
+ *     are formed in full.
+ *
+ * Reads and writes: the blocks, lists and counts as the parameters tell, and no other byte. All input is read before
+ * any output is written, so that blocks may coincide where a text does not say otherwise.
  * @{
  */
+
+/**
+ * Forward core transform of a block of 16-bit elements.
+ *
+ * Along the rows, then along the columns; nothing is scaled. The sums wrap at the element's width.
+ *
+ * @param[in]  pSrc  16 residuals
+ * @param[out] pDst  16 coefficients; may be pSrc
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the block is transformed.
+ */
+ZVP_API zvpStatus zvpiTransformResidual4x4Fwd_H264_16s_C1(const int16_t *pSrc, int16_t *pDst);
+
+/**
+ * Forward core transform of a block of 32-bit elements.
+ *
+ * Along the rows, then along the columns; nothing is scaled. The sums wrap at the element's width.
+ *
+ * @param[in]  pSrc  16 residuals
+ * @param[out] pDst  16 coefficients; may be pSrc
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the block is transformed.
+ */
+ZVP_API zvpStatus zvpiTransformResidual4x4Fwd_H264_32s_C1(const int32_t *pSrc, int32_t *pDst);
+
+/**
+ * Inverse core transform of a block of 16-bit elements (H.264 8.5.12.2).
+ *
+ * Along the rows, then along the columns, ending in (x + 32) >> 6; nothing is scaled.
+ *
+ * @param[in]  pSrc  16 scaled coefficients
+ * @param[out] pDst  16 residuals; may be pSrc
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the block is transformed.
+ */
+ZVP_API zvpStatus zvpiTransformResidual4x4Inv_H264_16s_C1(const int16_t *pSrc, int16_t *pDst);
+
+/**
+ * Inverse core transform of a block of 32-bit elements (H.264 8.5.12.2).
+ *
+ * Along the rows, then along the columns, ending in (x + 32) >> 6; nothing is scaled.
+ *
+ * @param[in]  pSrc  16 scaled coefficients
+ * @param[out] pDst  16 residuals; may be pSrc
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the block is transformed.
+ */
+ZVP_API zvpStatus zvpiTransformResidual4x4Inv_H264_32s_C1(const int32_t *pSrc, int32_t *pDst);
+
+/**
+ * Quantization of a block of 16-bit coefficients.
+ *
+ * The shift is QP / 6 + 11 with a table and QP / 6 + 15 without.
+ *
+ * @param[in]  pSrc         16 coefficients
+ * @param[out] pDst         16 levels; may be pSrc
+ * @param[out] pNumNonZero  the number of levels other than 0, never negative
+ * @param[out] pLastCoeff   the largest scan position of a level other than 0
+ * @param[in]  pQuantTable  16 factors by raster position, or null for the default ones
+ * @param[in]  pScanOrder   16 values: the scan position of each raster position
+ * @param[in]  QP           the quantizer, 0 to 51
+ * @param[in]  isIntra      0: inter rounding; else intra rounding
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pQuantTable is null.
+ * @retval zvpStatusOutOfRange   QP is above 51. A negative QP is not refused, and acts as 0.
+ * @retval zvpStatusOk           the block is quantized.
+ */
+ZVP_API zvpStatus zvpiQuantizeResidual4x4Fwd_H264_16s_C1(const int16_t *pSrc, int16_t *pDst, int32_t *pNumNonZero,
+                                                         int32_t *pLastCoeff, const int16_t *pQuantTable,
+                                                         const int16_t *pScanOrder, int32_t QP, int32_t isIntra);
+
+/**
+ * Quantization of a block of 32-bit coefficients.
+ *
+ * The shift is QP / 6 + 11 with a table and QP / 6 + 15 without.
+ *
+ * @param[in]  pSrc         16 coefficients
+ * @param[out] pDst         16 levels; may be pSrc
+ * @param[out] pNumNonZero  the number of levels other than 0, never negative
+ * @param[out] pLastCoeff   the largest scan position of a level other than 0
+ * @param[in]  pQuantTable  16 factors by raster position, or null for the default ones
+ * @param[in]  pScanOrder   16 values: the scan position of each raster position
+ * @param[in]  QP           the quantizer, 0 to 87
+ * @param[in]  isIntra      0: inter rounding; else intra rounding
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pQuantTable is null.
+ * @retval zvpStatusOutOfRange   QP is above 87. A negative QP is not refused, and acts as 0.
+ * @retval zvpStatusOk           the block is quantized.
+ */
+ZVP_API zvpStatus zvpiQuantizeResidual4x4Fwd_H264_32s_C1(const int32_t *pSrc, int32_t *pDst, int32_t *pNumNonZero,
+                                                         int32_t *pLastCoeff, const int32_t *pQuantTable,
+                                                         const int16_t *pScanOrder, int32_t QP, int32_t isIntra);
+
+/**
+ * Quantization of a block of 16-bit coefficients to 32-bit levels.
+ *
+ * The shift is QP / 6 + 11.
+ *
+ * @param[in]  pSrc         16 coefficients
+ * @param[out] pDst         16 levels; must not overlap pSrc unless it is pSrc
+ * @param[out] pNumNonZero  the number of levels other than 0, never negative
+ * @param[out] pLastCoeff   the largest scan position of a level other than 0
+ * @param[in]  pQuantTable  16 factors by raster position
+ * @param[in]  pScanOrder   16 values: the scan position of each raster position
+ * @param[in]  QP           the quantizer, 0 to 51
+ * @param[in]  isIntra      0: inter rounding; else intra rounding
+ *
+ * @retval zvpStatusNullPointer  a pointer is null, pQuantTable too.
+ * @retval zvpStatusOutOfRange   QP is below 0 or above 51.
+ * @retval zvpStatusOk           the block is quantized.
+ */
+ZVP_API zvpStatus zvpiQuantizeResidual4x4Fwd_H264_16s32s_C1(const int16_t *pSrc, int32_t *pDst, int32_t *pNumNonZero,
+                                                            int32_t *pLastCoeff, const int16_t *pQuantTable,
+                                                            const int16_t *pScanOrder, int32_t QP, int32_t isIntra);
+
+/**
+ * Forward core transform and quantization of a block.
+ *
+ * @param[in,out] pSrcDst     16 residuals in, 16 levels out
+ * @param[in]     QP          the quantizer, 0 to 51
+ * @param[out]    pNumLevels  the number of levels other than 0, negative if element 0 is one
+ * @param[in]     isIntra     low byte 0: inter rounding; else intra rounding
+ * @param[in]     pScanOrder  16 values: the scan position of each raster position
+ * @param[out]    pLastCoeff  the largest scan position of a level other than 0
+ *
+ * @retval zvpStatusNullPointer    a pointer is null.
+ * @retval zvpStatusOutOfRange     QP is not in 0 to 51.
+ * @retval zvpStatusValueTooLarge  a level is above 2063; a negative one never counts as such. pSrcDst holds the levels
+ *                                 before it in raster order and coefficients from there on; the counts are of those
+ *                                 levels, their number without a sign.
+ * @retval zvpStatusOk             the block holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantResidual_H264_16s_C1I(int16_t *pSrcDst, int32_t QP, int8_t *pNumLevels,
+                                                          int32_t isIntra, const int16_t *pScanOrder,
+                                                          uint8_t *pLastCoeff);
+
+/**
+ * Forward Hadamard transform and quantization of the DC block of an Intra16x16 macroblock.
+ *
+ * The transform halves its sums. The rounding is always that of intra blocks.
+ *
+ * @param[in,out] pDC            16 DC coefficients in, working space, 16 levels out
+ * @param[in,out] pTBlock        16 transformed coefficients: written with needTransform, only read without
+ * @param[in]     QP             the quantizer, 0 to 51
+ * @param[out]    pNumLevels     the number of levels other than 0, negative if element 0 is one
+ * @param[in]     needTransform  low byte 0: pTBlock is transformed already, pDC is only written
+ * @param[in]     pScanOrder     16 values: the scan position of each raster position
+ * @param[out]    pLastCoeff     the largest scan position of a level other than 0
+ *
+ * @retval zvpStatusNullPointer    a pointer is null.
+ * @retval zvpStatusOutOfRange     QP is not in 0 to 51.
+ * @retval zvpStatusValueTooLarge  the magnitude of a level is above 2063. pDC holds the levels before it
+ *                                 and is undefined from there on; the counts are of those levels, their number without
+ *                                 a sign.
+ * @retval zvpStatusOk             pDC holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantLumaDC_H264_16s_C1I(int16_t *pDC, int16_t *pTBlock, int32_t QP, int8_t *pNumLevels,
+                                                        int32_t needTransform, const int16_t *pScanOrder,
+                                                        uint8_t *pLastCoeff);
+
+/**
+ * Forward transform and quantization of a 2x2 DC block of chroma.
+ *
+ * @param[in,out] pDC            4 DC coefficients in, 4 levels out
+ * @param[in,out] pTBlock        4 transformed coefficients: written with needTransform, only read without
+ * @param[in]     QP             the quantizer of chroma, 0 to 39
+ * @param[out]    pNumLevels     the number of levels other than 0, negative if element 0 is one
+ * @param[in]     isIntra        low byte 0: inter rounding; else intra rounding
+ * @param[in]     needTransform  low byte 0: pTBlock is transformed already, pDC is only written
+ *
+ * @retval zvpStatusNullPointer    a pointer is null.
+ * @retval zvpStatusOutOfRange     QP is not in 0 to 39.
+ * @retval zvpStatusValueTooLarge  the magnitude of a level is above 2063. pDC holds the levels before it
+ *                                 and is undefined from there on; the counts are of those levels, their number without
+ *                                 a sign.
+ * @retval zvpStatusOk             pDC holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantChromaDC_H264_16s_C1I(int16_t *pDC, int16_t *pTBlock, int32_t QP,
+                                                          int8_t *pNumLevels, int32_t isIntra, int32_t needTransform);
+
+/**
+ * Scaling and inverse transform of a block, rows at a step.
+ *
+ * Scaled elements keep their low 16 bits.
+ *
+ * @param[in,out] pSrcDst  levels in, residuals out: 8 bytes of each of 4 rows
+ * @param[in]     step     distance from one row to the next in bytes, at least 8; may be odd
+ * @param[in]     pDC      element 0 as it comes scaled from a DC block; null: it is scaled as the others
+ * @param[in]     hasAC    0: element 0 alone is used, all residuals are (element 0 + 32) >> 6; else all elements are
+ * @param[in]     QP       the quantizer, 0 to 51
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 51.
+ * @retval zvpStatusBadStep      step is below 8.
+ * @retval zvpStatusOk           the block holds the residuals.
+ */
+ZVP_API zvpStatus zvpiDequantTransformResidual_H264_16s_C1I(int16_t *pSrcDst, int32_t step, const int16_t *pDC,
+                                                            int32_t hasAC, int32_t QP);
+
+/**
+ * Scaling and inverse transform of a block, added to a prediction of bytes.
+ *
+ * Residuals are clamped to -256..256 and the sums to 0..255, which is the same as clamping the sums alone.
+ *
+ * @param[in]  pPred     prediction: 4 bytes of each of 4 rows
+ * @param[in]  pCoef     16 levels; only read. Null: as with hasAC 0
+ * @param[in]  pDC       element 0 as it comes scaled from a DC block; null: it is scaled as the others
+ * @param[out] pDst      samples: 4 bytes of each of 4 rows; may be pPred
+ * @param[in]  predStep  distance from one row of pPred to the next in bytes, any value
+ * @param[in]  dstStep   distance from one row of pDst to the next in bytes, any value
+ * @param[in]  QP        the quantizer, 0 to 51
+ * @param[in]  hasAC     0: element 0 alone is used; else all elements are
+ *
+ * @retval zvpStatusNullPointer  pPred or pDst is null; or pCoef and pDC both are.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 51.
+ * @retval zvpStatusOk           pDst holds the samples.
+ */
+ZVP_API zvpStatus zvpiDequantTransformResidualAndAdd_H264_16s_C1I(const uint8_t *pPred, const int16_t *pCoef,
+                                                                  const int16_t *pDC, uint8_t *pDst, int32_t predStep,
+                                                                  int32_t dstStep, int32_t QP, int32_t hasAC);
+
+/**
+ * Inverse transform and scaling of the DC block of an Intra16x16 macroblock (H.264 8.5.10).
+ *
+ * The result is element 0 of each of the 16 blocks, for their pDC.
+ *
+ * @param[in,out] pSrcDst  16 levels in, 16 scaled coefficients out
+ * @param[in]     QP       the quantizer, 0 to 51
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 51.
+ * @retval zvpStatusOk           the block is scaled.
+ */
+ZVP_API zvpStatus zvpiTransformDequantLumaDC_H264_16s_C1I(int16_t *pSrcDst, int32_t QP);
+
+/**
+ * Inverse transform and scaling of a 2x2 DC block of chroma (H.264 8.5.11).
+ *
+ * @param[in,out] pSrcDst  4 levels in, 4 scaled coefficients out
+ * @param[in]     QP       the quantizer of chroma, 0 to 51
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 51.
+ * @retval zvpStatusOk           the block is scaled.
+ */
+ZVP_API zvpStatus zvpiTransformDequantChromaDC_H264_16s_C1I(int16_t *pSrcDst, int32_t QP);
+
+/**
+ * Forward core transform of a prediction of bytes, for switching pictures.
+ *
+ * @param[in]  pSrc     4 bytes of each of 4 rows
+ * @param[in]  srcStep  distance from one row to the next in bytes, any value
+ * @param[out] pDst     16 coefficients
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the block is transformed.
+ */
+ZVP_API zvpStatus zvpiTransformPrediction_H264_8u16s_C1(const uint8_t *pSrc, int32_t srcStep, int16_t *pDst);
+
+/**
+ * Reconstruction of a luma block of a switching picture (H.264 8.6.1).
+ *
+ * Levels are added to the transformed prediction, the sums quantized and scaled by QS, transformed and clipped.
+ *
+ * @param[in,out] pSrcDst       16 levels in, 16 samples of 0 to 255 out
+ * @param[in]     pPredictCoef  16 coefficients of zvpiTransformPrediction_H264_8u16s_C1()
+ * @param[in]     pDC           element 0 before the inverse transform, as it comes from elsewhere; or null
+ * @param[in]     hasAC         0: levels 1 to 15 count as 0 and are not read
+ * @param[in]     QP            the quantizer of the levels, 0 to 51; not checked, a table is read by it
+ * @param[in]     QS            the quantizer of the sum, 0 to 51; not checked, a table is read by it
+ * @param[in]     isSwitching   0: levels are scaled by QP, as in primary SP pictures; else by QS
+ *
+ * @retval zvpStatusNullPointer  pSrcDst or pPredictCoef is null. The only check.
+ * @retval zvpStatusOk           pSrcDst holds the samples.
+ */
+ZVP_API zvpStatus zvpiDequantTransformResidual_SISP_H264_16s_C1I(int16_t *pSrcDst, const int16_t *pPredictCoef,
+                                                                 const int16_t *pDC, int32_t hasAC, int32_t QP,
+                                                                 int32_t QS, int32_t isSwitching);
+
+/**
+ * Reconstruction of a 2x2 chroma DC block of a switching picture (H.264 8.6.2).
+ *
+ * @param[in,out] pSrcDst      4 levels in, 4 scaled coefficients out
+ * @param[in]     pPredictDC   element 0 of the prediction's 4 transformed blocks
+ * @param[in]     QP           the quantizer of the levels, 0 to 51; not checked, a table is read by it
+ * @param[in]     QS           the quantizer of the sum, 0 to 51; not checked, a table is read by it
+ * @param[in]     isSwitching  0: levels are scaled by QP, as in primary SP pictures; else by QS
+ *
+ * @retval zvpStatusNullPointer  a pointer is null. The only check.
+ * @retval zvpStatusOk           the block is scaled.
+ */
+ZVP_API zvpStatus zvpiTransformDequantChromaDC_SISP_H264_16s_C1I(int16_t *pSrcDst, const int16_t *pPredictDC,
+                                                                 int32_t QP, int32_t QS, int32_t isSwitching);
+
+/**
+ * Forward core transform and quantization of a block to 16-bit levels.
+ *
+ * Coefficients are 16-bit too. No level is refused.
+ *
+ * @param[in]  pSrc          16 residuals
+ * @param[out] pDst          16 levels; may be pSrc
+ * @param[in]  QP            the quantizer, 0 to 51
+ * @param[out] pNumLevels    the number of levels other than 0, negative if element 0 is one
+ * @param[in]  isIntra       0: inter rounding; else intra rounding
+ * @param[in]  pScanOrder    16 values: the scan position of each raster position
+ * @param[out] pLastCoeff    the largest scan position of a level other than 0
+ * @param[in]  pScaleLevels  16 factors by raster position, or null for the default ones
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pScaleLevels is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 51.
+ * @retval zvpStatusOk           pDst holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantFwd4x4_H264_16s_C1(const int16_t *pSrc, int16_t *pDst, int32_t QP,
+                                                       int32_t *pNumLevels, int32_t isIntra, const int16_t *pScanOrder,
+                                                       int32_t *pLastCoeff, const int16_t *pScaleLevels);
+
+/**
+ * Forward core transform and quantization of a block to 32-bit levels.
+ *
+ * Coefficients are 32-bit too. No level is refused.
+ *
+ * @param[in]  pSrc          16 residuals
+ * @param[out] pDst          16 levels
+ * @param[in]  QP            the quantizer, 0 to 87
+ * @param[out] pNumLevels    the number of levels other than 0, negative if element 0 is one
+ * @param[in]  isIntra       0: inter rounding; else intra rounding
+ * @param[in]  pScanOrder    16 values: the scan position of each raster position
+ * @param[out] pLastCoeff    the largest scan position of a level other than 0
+ * @param[in]  pScaleLevels  16 factors by raster position, or null for the default ones
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pScaleLevels is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 87.
+ * @retval zvpStatusOk           pDst holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantFwd4x4_H264_16s32s_C1(const int16_t *pSrc, int32_t *pDst, int32_t QP,
+                                                          int32_t *pNumLevels, int32_t isIntra,
+                                                          const int16_t *pScanOrder, int32_t *pLastCoeff,
+                                                          const int16_t *pScaleLevels);
+
+/**
+ * Forward Hadamard transform and quantization of a luma DC block of 16-bit elements.
+ *
+ * The transform halves its sums. No level is refused.
+ *
+ * @param[in,out] pDC           16 DC coefficients in, 16 levels out
+ * @param[out]    pTBlock       16 transformed coefficients
+ * @param[in]     QP            the quantizer, 0 to 51
+ * @param[out]    pNumLevels    the number of levels other than 0, negative if element 0 is one
+ * @param[in]     isIntra       0: inter rounding; else intra rounding
+ * @param[in]     pScanOrder    16 values: the scan position of each raster position
+ * @param[out]    pLastCoeff    the largest scan position of a level other than 0
+ * @param[in]     pScaleLevels  factors, of which the first alone is read, or null for the default ones
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pScaleLevels is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 51.
+ * @retval zvpStatusOk           pDC holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantFwdLumaDC4x4_H264_16s_C1I(int16_t *pDC, int16_t *pTBlock, int32_t QP,
+                                                              int32_t *pNumLevels, int32_t isIntra,
+                                                              const int16_t *pScanOrder, int32_t *pLastCoeff,
+                                                              const int16_t *pScaleLevels);
+
+/**
+ * Forward Hadamard transform and quantization of a luma DC block of 32-bit elements.
+ *
+ * The transform halves its sums. No level is refused.
+ *
+ * @param[in,out] pDC           16 DC coefficients in, 16 levels out
+ * @param[out]    pTBlock       16 transformed coefficients
+ * @param[in]     QP            the quantizer, 0 to 87
+ * @param[out]    pNumLevels    the number of levels other than 0, negative if element 0 is one
+ * @param[in]     isIntra       0: inter rounding; else intra rounding
+ * @param[in]     pScanOrder    16 values: the scan position of each raster position
+ * @param[out]    pLastCoeff    the largest scan position of a level other than 0
+ * @param[in]     pScaleLevels  factors, of which the first alone is read, or null for the default ones
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pScaleLevels is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 87.
+ * @retval zvpStatusOk           pDC holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantFwdLumaDC4x4_H264_32s_C1I(int32_t *pDC, int32_t *pTBlock, int32_t QP,
+                                                              int32_t *pNumLevels, int32_t isIntra,
+                                                              const int16_t *pScanOrder, int32_t *pLastCoeff,
+                                                              const int16_t *pScaleLevels);
+
+/**
+ * Forward transform and quantization of a chroma DC block of 4:2:0, 16-bit elements.
+ *
+ * No level is refused.
+ *
+ * @param[in,out] pDC            4 DC coefficients in, 4 levels out
+ * @param[in,out] pTBlock        4 transformed coefficients: written with needTransform, only read without
+ * @param[in]     QP             the quantizer of chroma, 0 to 39
+ * @param[out]    pNumLevels     the number of levels other than 0, negative if element 0 is one
+ * @param[in]     isIntra        0: inter rounding; else intra rounding
+ * @param[in]     needTransform  0: pTBlock is transformed already, pDC is only written
+ * @param[in]     pScaleLevels   factors, of which the first alone is read, or null for the default ones
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pScaleLevels is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 39.
+ * @retval zvpStatusOk           pDC holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantFwdChromaDC2x2_H264_16s_C1I(int16_t *pDC, int16_t *pTBlock, int32_t QP,
+                                                                int32_t *pNumLevels, int32_t isIntra,
+                                                                int32_t needTransform, const int16_t *pScaleLevels);
+
+/**
+ * Forward transform and quantization of a chroma DC block of 4:2:0, 32-bit elements.
+ *
+ * No level is refused.
+ *
+ * @param[in,out] pDC            4 DC coefficients in, 4 levels out
+ * @param[in,out] pTBlock        4 transformed coefficients: written with needTransform, only read without
+ * @param[in]     QP             the quantizer of chroma, 0 to 75
+ * @param[out]    pNumLevels     the number of levels other than 0, negative if element 0 is one
+ * @param[in]     isIntra        0: inter rounding; else intra rounding
+ * @param[in]     needTransform  0: pTBlock is transformed already, pDC is only written
+ * @param[in]     pScaleLevels   factors, of which the first alone is read, or null for the default ones
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pScaleLevels is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 75.
+ * @retval zvpStatusOk           pDC holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantFwdChromaDC2x2_H264_32s_C1I(int32_t *pDC, int32_t *pTBlock, int32_t QP,
+                                                                int32_t *pNumLevels, int32_t isIntra,
+                                                                int32_t needTransform, const int16_t *pScaleLevels);
+
+/**
+ * Forward transform and quantization of a chroma DC block of 4:2:2, 16-bit elements.
+ *
+ * Factor and shift are those of QP + 3. The rounding is 682 for intra and, required, 342 for inter blocks, both shifted
+ * to the left by the shift less 11. No level is refused.
+ *
+ * @param[in,out] pDC            8 DC coefficients in, 8 levels out
+ * @param[in,out] pTBlock        8 transformed coefficients: written with needTransform, only read without
+ * @param[in]     QP             the quantizer of chroma, 0 to 39
+ * @param[out]    pNumLevels     the number of levels other than 0, negative if element 0 is one
+ * @param[in]     isIntra        0: inter rounding; else intra rounding
+ * @param[in]     needTransform  0: pTBlock is transformed already, pDC is only written
+ * @param[in]     pScaleLevels   factors, of which the first alone is read, or null for the default ones
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pScaleLevels is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 39.
+ * @retval zvpStatusOk           pDC holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantFwdChromaDC2x4_H264_16s_C1I(int16_t *pDC, int16_t *pTBlock, int32_t QP,
+                                                                int32_t *pNumLevels, int32_t isIntra,
+                                                                int32_t needTransform, const int16_t *pScaleLevels);
+
+/**
+ * Forward transform and quantization of a chroma DC block of 4:2:2, 32-bit elements.
+ *
+ * Factor and shift are those of QP + 3. The rounding is 682 for intra and, required, 342 for inter blocks, both shifted
+ * to the left by the shift less 11. No level is refused.
+ *
+ * @param[in,out] pDC            8 DC coefficients in, 8 levels out
+ * @param[in,out] pTBlock        8 transformed coefficients: written with needTransform, only read without
+ * @param[in]     QP             the quantizer of chroma, 0 to 75
+ * @param[out]    pNumLevels     the number of levels other than 0, negative if element 0 is one
+ * @param[in]     isIntra        0: inter rounding; else intra rounding
+ * @param[in]     needTransform  0: pTBlock is transformed already, pDC is only written
+ * @param[in]     pScaleLevels   factors, of which the first alone is read, or null for the default ones
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pScaleLevels is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 75.
+ * @retval zvpStatusOk           pDC holds the levels.
+ */
+ZVP_API zvpStatus zvpiTransformQuantFwdChromaDC2x4_H264_32s_C1I(int32_t *pDC, int32_t *pTBlock, int32_t QP,
+                                                                int32_t *pNumLevels, int32_t isIntra,
+                                                                int32_t needTransform, const int16_t *pScaleLevels);
+
+/**
+ * Inverse transform and scaling of a luma DC block of 16-bit elements (H.264 8.5.10).
+ *
+ * @param[in,out] pSrcDst      16 levels in, 16 scaled coefficients out
+ * @param[in]     QP           the quantizer, 0 to 51
+ * @param[in]     pScaleLevel  scales, of which the first alone is read, or null for those of flat lists
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 51.
+ * @retval zvpStatusOk           the block is scaled.
+ */
+ZVP_API zvpStatus zvpiTransformQuantInvLumaDC4x4_H264_16s_C1I(int16_t *pSrcDst, int32_t QP, const int16_t *pScaleLevel);
+
+/**
+ * Inverse transform and scaling of a luma DC block of 32-bit elements (H.264 8.5.10).
+ *
+ * @param[in,out] pSrcDst      16 levels in, 16 scaled coefficients out
+ * @param[in]     QP           the quantizer, 0 to 87
+ * @param[in]     pScaleLevel  scales, of which the first alone is read, or null for those of flat lists
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 87.
+ * @retval zvpStatusOk           the block is scaled.
+ */
+ZVP_API zvpStatus zvpiTransformQuantInvLumaDC4x4_H264_32s_C1I(int32_t *pSrcDst, int32_t QP, const int16_t *pScaleLevel);
+
+/**
+ * Inverse transform and scaling of a chroma DC block of 4:2:0, 16-bit elements (H.264 8.5.11).
+ *
+ * @param[in,out] pSrcDst      4 levels in, 4 scaled coefficients out
+ * @param[in]     QP           the quantizer of chroma, 0 to 39
+ * @param[in]     pScaleLevel  scales, of which the first alone is read, or null for those of flat lists
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 39.
+ * @retval zvpStatusOk           the block is scaled.
+ */
+ZVP_API zvpStatus zvpiTransformQuantInvChromaDC2x2_H264_16s_C1I(int16_t *pSrcDst, int32_t QP,
+                                                                const int16_t *pScaleLevel);
+
+/**
+ * Inverse transform and scaling of a chroma DC block of 4:2:0, 32-bit elements (H.264 8.5.11).
+ *
+ * @param[in,out] pSrcDst      4 levels in, 4 scaled coefficients out
+ * @param[in]     QP           the quantizer of chroma, 0 to 75
+ * @param[in]     pScaleLevel  scales, of which the first alone is read, or null for those of flat lists
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 75.
+ * @retval zvpStatusOk           the block is scaled.
+ */
+ZVP_API zvpStatus zvpiTransformQuantInvChromaDC2x2_H264_32s_C1I(int32_t *pSrcDst, int32_t QP,
+                                                                const int16_t *pScaleLevel);
+
+/**
+ * Inverse transform and scaling of a chroma DC block of 4:2:2, 16-bit elements (H.264 8.5.11).
+ *
+ * The scale is that of QP + 3; a list of the caller's is to be made for (QP + 3) % 6.
+ *
+ * @param[in,out] pSrcDst      8 levels in, 8 scaled coefficients out
+ * @param[in]     QP           the quantizer of chroma, 0 to 39
+ * @param[in]     pScaleLevel  scales, of which the first alone is read, or null for those of flat lists
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 39.
+ * @retval zvpStatusOk           the block is scaled.
+ */
+ZVP_API zvpStatus zvpiTransformQuantInvChromaDC2x4_H264_16s_C1I(int16_t *pSrcDst, int32_t QP,
+                                                                const int16_t *pScaleLevel);
+
+/**
+ * Inverse transform and scaling of a chroma DC block of 4:2:2, 32-bit elements (H.264 8.5.11).
+ *
+ * The scale is that of QP + 3; a list of the caller's is to be made for (QP + 3) % 6.
+ *
+ * @param[in,out] pSrcDst      8 levels in, 8 scaled coefficients out
+ * @param[in]     QP           the quantizer of chroma, 0 to 75
+ * @param[in]     pScaleLevel  scales, of which the first alone is read, or null for those of flat lists
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 75.
+ * @retval zvpStatusOk           the block is scaled.
+ */
+ZVP_API zvpStatus zvpiTransformQuantInvChromaDC2x4_H264_32s_C1I(int32_t *pSrcDst, int32_t QP,
+                                                                const int16_t *pScaleLevel);
+
+/**
+ * Scaling and inverse transform of a block of 16-bit levels, added to a prediction.
+ *
+ * Sums are clipped to 0..255.
+ *
+ * @param[in]  pPred         prediction: 4 bytes of each of 4 rows
+ * @param[in]  predStep      distance from one row of pPred to the next in bytes, any value
+ * @param[in]  pSrcDst       16 levels; only read
+ * @param[in]  pDC           element 0 as it comes scaled from a DC block; null: it is scaled as the others
+ * @param[out] pDst          samples: 4 bytes of each of 4 rows; may be pPred
+ * @param[in]  dstStep       distance from one row of pDst to the next in bytes, any value
+ * @param[in]  QP            the quantizer, 0 to 51
+ * @param[in]  hasAC         0: element 0 alone is used; else all elements are
+ * @param[in]  pScaleLevels  16 scales by raster position, or null for those of flat lists
+ *
+ * @retval zvpStatusNullPointer  pPred, pSrcDst or pDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 51.
+ * @retval zvpStatusOk           pDst holds the samples.
+ */
+ZVP_API zvpStatus zvpiTransformQuantInvAddPred4x4_H264_16s_C1IR(const uint8_t *pPred, int32_t predStep,
+                                                                const int16_t *pSrcDst, const int16_t *pDC,
+                                                                uint8_t *pDst, int32_t dstStep, int32_t QP,
+                                                                int32_t hasAC, const int16_t *pScaleLevels);
+
+/**
+ * Scaling and inverse transform of a block of 32-bit levels, added to a prediction.
+ *
+ * Samples are 16-bit elements; sums are clipped to 0..2^bitDepth - 1.
+ *
+ * @param[in]  pPred         prediction: 8 bytes of each of 4 rows
+ * @param[in]  predStep      distance from one row of pPred to the next in bytes, any value
+ * @param[in]  pSrcDst       16 levels; only read
+ * @param[in]  pDC           element 0 as it comes scaled from a DC block; null: it is scaled as the others
+ * @param[out] pDst          samples: 8 bytes of each of 4 rows; may be pPred
+ * @param[in]  dstStep       distance from one row of pDst to the next in bytes, any value
+ * @param[in]  QP            the quantizer, 0 to 87
+ * @param[in]  hasAC         0: element 0 alone is used; else all elements are
+ * @param[in]  bitDepth      bits of a sample, 9 to 14
+ * @param[in]  pScaleLevels  16 scales by raster position, or null for those of flat lists
+ *
+ * @retval zvpStatusNullPointer  pPred, pSrcDst or pDst is null.
+ * @retval zvpStatusOutOfRange   QP is not in 0 to 87, or bitDepth not in 9 to 14.
+ * @retval zvpStatusOk           pDst holds the samples.
+ */
+ZVP_API zvpStatus zvpiTransformQuantInvAddPred4x4_H264_32s_C1IR(const uint16_t *pPred, int32_t predStep,
+                                                                const int32_t *pSrcDst, const int32_t *pDC,
+                                                                uint16_t *pDst, int32_t dstStep, int32_t QP,
+                                                                int32_t hasAC, int32_t bitDepth,
+                                                                const int16_t *pScaleLevels);
+
+/**
+ * Scales and factors of a scaling list, for the members with pScaleLevels.
+ *
+ * With l an entry of the list: the scale is l * normAdjust4x4 (H.264 8.5.9); the factor is the default one, f,
+ * divided by l: q = (floor(65536 / l) * f) >> 16, or q + 1 unless q * l > f - l. 65536 / l counts as
+ * 65535 for l = 1, as 0 for 0.
+ *
+ * @param[in]  pScalingList    16 entries in raster order
+ * @param[out] pInvLevelScale  16 scales for the inverse members
+ * @param[out] pLevelScale     16 factors for the forward members
+ * @param[in]  qpRem           QP % 6
+ *
+ * @retval zvpStatusNullPointer  a pointer is null.
+ * @retval zvpStatusOutOfRange   qpRem is not in 0 to 5.
+ * @retval zvpStatusOk           the lists are made.
+ */
+ZVP_API zvpStatus zvpiGenScaleLevel4x4_H264_8u16s_C1(const uint8_t *pScalingList, int16_t *pInvLevelScale,
+                                                     int16_t *pLevelScale, int32_t qpRem);
 
 /** @} */ /* h264_4x4_transform_and_quantization */
 

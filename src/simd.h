@@ -479,6 +479,10 @@ template <class T, int N> ZVP_INLINE u32 signBits(Vec<T, N> a) {
   for (int i = 0; i < int(sizeof a); ++i) bits |= u32(x.lane[i] >> 7) << i;
   return bits;
 }
+template <int Lane> ZVP_INLINE S16<8> withLane(S16<8> a, s16 value) {
+  a.lane[Lane] = value;
+  return a;
+}
 template <class T, int N> ZVP_INLINE u32 low32(Vec<T, N> a) { return as<U32<int(sizeof a / 4)>>(a).lane[0]; }
 template <class T, int N> ZVP_INLINE u64 low64(Vec<T, N> a) { return as<U64<int(sizeof a / 8)>>(a).lane[0]; }
 #else
@@ -572,6 +576,8 @@ template <class T, int N> ZVP_INLINE u32 signBits(Vec<T, N> a) {
 #endif
     return u32(_mm_movemask_epi8(a.v));
 }
+// The 16-bit lanes with one of them replaced.
+template <int Lane> ZVP_INLINE S16<8> withLane(S16<8> a, s16 value) { return {_mm_insert_epi16(a.v, value, Lane)}; }
 // The lowest 32 or 64 bits.
 template <class T, int N> ZVP_INLINE u32 low32(Vec<T, N> a) {
 #if defined(__AVX2__)

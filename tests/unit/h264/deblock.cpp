@@ -149,7 +149,7 @@ Arguments anyArguments(const Export& e, Rng& rng) {
 
 TEST(Deblock, MatchesTheModelAndItsReach) {
   Rng rng(590);
-  for (int round = 0; round < rounds(1500); ++round)
+  for (int round = 0; round < rounds(1000); ++round)
     for (const auto& e : exports()) {
       Arguments a = anyArguments(e, rng);
       Picture picture(e.member, a.strengths, rng);
