@@ -2,7 +2,7 @@
 #include "reference/mc/getdiff.h"
 
 #include "mc/residuals.h"
-#include "zvpvc.h"
+#include "reference/mc/members.h"
 
 namespace {
 
@@ -11,45 +11,8 @@ using reference::mc::getDiff;
 using reference::mc::getDiffChroma;
 using reference::mc::Values;
 using std::int16_t;
-using std::int32_t;
 using std::uint8_t;
 constexpr int step = bench::Scene::step;
-
-using Diff = zvpStatus (*)(const uint8_t*, int32_t, const uint8_t*, int32_t, int16_t*, int32_t, int16_t*, int32_t,
-                           int32_t, int32_t);
-using DiffB = zvpStatus (*)(const uint8_t*, int32_t, const uint8_t*, int32_t, int32_t, const uint8_t*, int32_t, int32_t,
-                            int16_t*, int32_t, int32_t);
-using DiffBPlanes = zvpStatus (*)(const uint8_t*, int32_t, const uint8_t*, int32_t, int32_t, const uint8_t*, int32_t,
-                                  int32_t, int16_t*, int32_t, int16_t*, int32_t, int32_t);
-
-const struct {
-  int width, height;
-  const char* name;
-  Diff one;
-  const char* nameB;
-  DiffB two;
-} members[] = {
-    {16, 16, "zvpiGetDiff16x16_8u16s_C1", zvpiGetDiff16x16_8u16s_C1, "zvpiGetDiff16x16B_8u16s_C1",
-     zvpiGetDiff16x16B_8u16s_C1},
-    {16, 8, "zvpiGetDiff16x8_8u16s_C1", zvpiGetDiff16x8_8u16s_C1, "zvpiGetDiff16x8B_8u16s_C1",
-     zvpiGetDiff16x8B_8u16s_C1},
-    {8, 16, "zvpiGetDiff8x16_8u16s_C1", zvpiGetDiff8x16_8u16s_C1, "zvpiGetDiff8x16B_8u16s_C1",
-     zvpiGetDiff8x16B_8u16s_C1},
-    {8, 8, "zvpiGetDiff8x8_8u16s_C1", zvpiGetDiff8x8_8u16s_C1, "zvpiGetDiff8x8B_8u16s_C1", zvpiGetDiff8x8B_8u16s_C1},
-    {8, 4, "zvpiGetDiff8x4_8u16s_C1", zvpiGetDiff8x4_8u16s_C1, "zvpiGetDiff8x4B_8u16s_C1", zvpiGetDiff8x4B_8u16s_C1},
-};
-const struct {
-  int height;
-  const char* name;
-  Diff one;
-  const char* nameB;
-  DiffBPlanes two;
-} chromaMembers[] = {
-    {8, "zvpiGetDiff8x8_8u16s_C2P2", zvpiGetDiff8x8_8u16s_C2P2, "zvpiGetDiff8x8B_8u16s_C2P2",
-     zvpiGetDiff8x8B_8u16s_C2P2},
-    {4, "zvpiGetDiff8x4_8u16s_C2P2", zvpiGetDiff8x4_8u16s_C2P2, "zvpiGetDiff8x4B_8u16s_C2P2",
-     zvpiGetDiff8x4B_8u16s_C2P2},
-};
 
 const bench::Rows rows = [](bench::Add add) {
   auto* scene = bench::keep<bench::MotionScene>();
@@ -72,7 +35,7 @@ const bench::Rows rows = [](bench::Add add) {
       const auto place = [pictures](int i) { return pictures->source(i); };
       const auto cur = [=](int i) { return reference::mc::Current{place(i + 9), step}; };
       const auto ref = [=, mcType = type](int i) { return reference::mc::Reference{place(i), step, mcType}; };
-      for (const auto& m : members) {
+      for (const auto& m : reference::mc::getDiffMembers) {
         addRow(
             m.name, title,
             [=, mcType = type](int i, int16_t* diff, int16_t*) {
@@ -99,7 +62,7 @@ const bench::Rows rows = [](bench::Add add) {
               getDiff(m.width, m.height, cur(i), ref(i), ref(i + 5), diff, rounding);
             });
       }
-      for (const auto& m : chromaMembers) {
+      for (const auto& m : reference::mc::getDiffChromaMembers) {
         addRow(
             m.name, title,
             [=, mcType = type](int i, int16_t* u, int16_t* v) {

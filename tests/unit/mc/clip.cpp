@@ -8,9 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "reference/mc/members.h"
 #include "support/compare.h"
 #include "zvpvc.h"
 
+using reference::mc::getDiffMembers;
 using zvptest::sameBytes;
 
 namespace {
@@ -148,25 +150,6 @@ Motion estimate(const Plane& cur, const Plane& ref) {
   return motion;
 }
 
-// Luma partitions of a macroblock, with the pair of functions that takes each apart and puts it together.
-using Diff = zvpStatus (*)(const u8*, s32, const u8*, s32, s16*, s32, s16*, s32, s32, s32);
-using DiffB = zvpStatus (*)(const u8*, s32, const u8*, s32, s32, const u8*, s32, s32, s16*, s32, s32);
-using Mc = zvpStatus (*)(const u8*, s32, const s16*, s32, u8*, s32, s32, s32);
-using McB = zvpStatus (*)(const u8*, s32, s32, const u8*, s32, s32, const s16*, s32, u8*, s32, s32);
-const struct {
-  int width, height;
-  Diff diff;
-  DiffB diffB;
-  Mc mc;
-  McB mcB;
-} shapes[] = {
-    {16, 16, zvpiGetDiff16x16_8u16s_C1, zvpiGetDiff16x16B_8u16s_C1, zvpiMC16x16_8u_C1, zvpiMC16x16B_8u_C1},
-    {16, 8, zvpiGetDiff16x8_8u16s_C1, zvpiGetDiff16x8B_8u16s_C1, zvpiMC16x8_8u_C1, zvpiMC16x8B_8u_C1},
-    {8, 16, zvpiGetDiff8x16_8u16s_C1, zvpiGetDiff8x16B_8u16s_C1, zvpiMC8x16_8u_C1, zvpiMC8x16B_8u_C1},
-    {8, 8, zvpiGetDiff8x8_8u16s_C1, zvpiGetDiff8x8B_8u16s_C1, zvpiMC8x8_8u_C1, zvpiMC8x8B_8u_C1},
-    {8, 4, zvpiGetDiff8x4_8u16s_C1, zvpiGetDiff8x4B_8u16s_C1, zvpiMC8x4_8u_C1, zvpiMC8x4B_8u_C1},
-};
-
 // Chroma vectors are half of the luma ones, toward zero (ISO/IEC 13818-2 7.6.3.7).
 Vector chromaVector(Vector v) { return {v.x / 2, v.y / 2}; }
 
@@ -256,7 +239,7 @@ TEST_F(McClip, ResidualIsWhatTheSearchMeasured) {
 
 TEST_F(McClip, LumaComesBackFromOneReference) {
   forPictures([&](const Picture& cur, const Picture& previous, const Picture&, const Motion& motion, const Motion&) {
-    for (const auto& shape : shapes)
+    for (const auto& shape : getDiffMembers)
       for (const s32 mcType : mcTypes)
         for (s32 rounding = 0; rounding < 2; ++rounding) {
           Plane back(width, height, 1);
@@ -266,11 +249,12 @@ TEST_F(McClip, LumaComesBackFromOneReference) {
               for (int px = x; px < x + mb; px += shape.width) {
                 const u8* ref = place(previous.luma, px, py, v);
                 s16 diff[256];
-                ASSERT_EQ(shape.diff(cur.luma.at(px, py), cur.luma.step(), ref, previous.luma.step(), diff, 32, nullptr,
-                                     0, mcType, rounding),
+                ASSERT_EQ(shape.one(cur.luma.at(px, py), cur.luma.step(), ref, previous.luma.step(), diff, 32, nullptr,
+                                    0, mcType, rounding),
                           zvpStatusOk);
-                ASSERT_EQ(shape.mc(ref, previous.luma.step(), diff, 32, back.at(px, py), back.step(), mcType, rounding),
-                          zvpStatusOk);
+                ASSERT_EQ(
+                    shape.undoOne(ref, previous.luma.step(), diff, 32, back.at(px, py), back.step(), mcType, rounding),
+                    zvpStatusOk);
               }
           });
           ASSERT_TRUE(sameBytes(back.picture(), cur.luma.picture()))
@@ -282,7 +266,7 @@ TEST_F(McClip, LumaComesBackFromOneReference) {
 TEST_F(McClip, LumaComesBackFromTwoReferences) {
   forPictures([&](const Picture& cur, const Picture& previous, const Picture& next, const Motion& motionF,
                   const Motion& motionB) {
-    for (const auto& shape : shapes)
+    for (const auto& shape : getDiffMembers)
       for (const s32 typeF : mcTypes)
         for (const s32 typeB : mcTypes)
           for (s32 rounding = 0; rounding < 2; ++rounding) {
@@ -294,11 +278,11 @@ TEST_F(McClip, LumaComesBackFromTwoReferences) {
                   const u8* refF = place(previous.luma, px, py, vF);
                   const u8* refB = place(next.luma, px, py, vB);
                   s16 diff[256];
-                  ASSERT_EQ(shape.diffB(cur.luma.at(px, py), cur.luma.step(), refF, previous.luma.step(), typeF, refB,
-                                        next.luma.step(), typeB, diff, 32, rounding),
+                  ASSERT_EQ(shape.two(cur.luma.at(px, py), cur.luma.step(), refF, previous.luma.step(), typeF, refB,
+                                      next.luma.step(), typeB, diff, 32, rounding),
                             zvpStatusOk);
-                  ASSERT_EQ(shape.mcB(refF, previous.luma.step(), typeF, refB, next.luma.step(), typeB, diff, 32,
-                                      back.at(px, py), back.step(), rounding),
+                  ASSERT_EQ(shape.undoTwo(refF, previous.luma.step(), typeF, refB, next.luma.step(), typeB, diff, 32,
+                                          back.at(px, py), back.step(), rounding),
                             zvpStatusOk);
                 }
             });

@@ -55,6 +55,24 @@ struct SmallCase {
   }
 };
 
+// Every case of members with acc and rounding, against the model that takes the same arguments.
+template <class Members, class Model>
+void checkHalfPel(std::uint64_t seed, const Members& members, Model model) {
+  Rng rng(seed);
+  for (int round = 0; round < rounds(100); ++round)
+    for (const auto& member : members)
+      for (int acc = 0; acc < 4; ++acc)
+        for (int rounding = 0; rounding < 2; ++rounding) {
+          const auto src = inputBytes(rng, member.width, member.height, acc & 1, acc >> 1);
+          OutputPlane<u8> dst(rng, member.width, member.height);
+          const s32 accBits = withStrayBits(rng, acc, 2), roundingBits = withStrayBits(rng, rounding, 1);
+          ASSERT_EQ(member.run(src.data(), stepOf(src), dst.actual.data(), dst.step(), accBits, roundingBits),
+                    zvpStatusOk);
+          model(src.data(), src.step(), dst.expected.data(), dst.step(), member.width, member.height, acc, rounding);
+          ASSERT_TRUE(dst.same()) << member.name << " acc " << acc << " rounding " << rounding << " round " << round;
+        }
+}
+
 }  // namespace
 
 TEST(Copy, WholeSampleMembers) {
@@ -69,22 +87,7 @@ TEST(Copy, WholeSampleMembers) {
     }
 }
 
-TEST(Copy, HalfPelMembers) {
-  Rng rng(302);
-  for (int round = 0; round < rounds(100); ++round)
-    for (const auto& member : halfPelCopies)
-      for (int acc = 0; acc < 4; ++acc)
-        for (int rounding = 0; rounding < 2; ++rounding) {
-          const auto src = inputBytes(rng, member.width, member.height, acc & 1, acc >> 1);
-          OutputPlane<u8> dst(rng, member.width, member.height);
-          const s32 accBits = withStrayBits(rng, acc, 2), roundingBits = withStrayBits(rng, rounding, 1);
-          ASSERT_EQ(member.run(src.data(), stepOf(src), dst.actual.data(), dst.step(), accBits, roundingBits),
-                    zvpStatusOk);
-          reference::mc::copy(src.data(), src.step(), dst.expected.data(), dst.step(), member.width, member.height, acc,
-                              rounding);
-          ASSERT_TRUE(dst.same()) << member.name << " acc " << acc << " rounding " << rounding << " round " << round;
-        }
-}
+TEST(Copy, HalfPelMembers) { checkHalfPel(302, halfPelCopies, reference::mc::copy); }
 
 TEST(Copy, KernelsOfFourByEight) {
   // No export leads to this table.
@@ -155,22 +158,7 @@ TEST(Copy, AverageInPlace) {
     }
 }
 
-TEST(Copy, InterpolateAverage) {
-  Rng rng(307);
-  for (int round = 0; round < rounds(100); ++round)
-    for (const auto& member : interpolateAverages)
-      for (int acc = 0; acc < 4; ++acc)
-        for (int rounding = 0; rounding < 2; ++rounding) {
-          const auto src = inputBytes(rng, member.width, member.height, acc & 1, acc >> 1);
-          OutputPlane<u8> dst(rng, member.width, member.height);
-          const s32 accBits = withStrayBits(rng, acc, 2), roundingBits = withStrayBits(rng, rounding, 1);
-          ASSERT_EQ(member.run(src.data(), stepOf(src), dst.actual.data(), dst.step(), accBits, roundingBits),
-                    zvpStatusOk);
-          reference::mc::interpolateAverage(src.data(), src.step(), dst.expected.data(), dst.step(), member.width,
-                                            member.height, acc, rounding);
-          ASSERT_TRUE(dst.same()) << member.name << " acc " << acc << " rounding " << rounding << " round " << round;
-        }
-}
+TEST(Copy, InterpolateAverage) { checkHalfPel(307, interpolateAverages, reference::mc::interpolateAverage); }
 
 TEST(Copy, AddInPlace) {
   Rng rng(308);

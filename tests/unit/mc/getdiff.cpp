@@ -3,64 +3,28 @@
 
 #include <gtest/gtest.h>
 
+#include "reference/mc/members.h"
 #include "unit/mc/motion.h"
 #include "zvpvc.h"
 
 using namespace zvptest;
 using reference::mc::getDiff;
 using reference::mc::getDiffChroma;
+using reference::mc::getDiffChromaMembers;
+using reference::mc::getDiffMembers;
 
 namespace {
 
 using s16 = std::int16_t;
 using s32 = std::int32_t;
 using u8 = std::uint8_t;
-using Diff = zvpStatus (*)(const u8*, s32, const u8*, s32, s16*, s32, s16*, s32, s32, s32);
-using DiffB = zvpStatus (*)(const u8*, s32, const u8*, s32, s32, const u8*, s32, s32, s16*, s32, s32);
-using DiffPlanes = zvpStatus (*)(const u8*, s32, const u8*, s32, s16*, s32, s16*, s32, s32, s32);
-using DiffBPlanes = zvpStatus (*)(const u8*, s32, const u8*, s32, s32, const u8*, s32, s32, s16*, s32, s16*, s32, s32);
-using Mc = zvpStatus (*)(const u8*, s32, const s16*, s32, u8*, s32, s32, s32);
-using McB = zvpStatus (*)(const u8*, s32, s32, const u8*, s32, s32, const s16*, s32, u8*, s32, s32);
-
-const struct {
-  int width, height;
-  const char* name;
-  Diff one;
-  Mc undoOne;
-  const char* nameB;
-  DiffB two;
-  McB undoTwo;
-} members[] = {
-    {16, 16, "zvpiGetDiff16x16_8u16s_C1", zvpiGetDiff16x16_8u16s_C1, zvpiMC16x16_8u_C1, "zvpiGetDiff16x16B_8u16s_C1",
-     zvpiGetDiff16x16B_8u16s_C1, zvpiMC16x16B_8u_C1},
-    {16, 8, "zvpiGetDiff16x8_8u16s_C1", zvpiGetDiff16x8_8u16s_C1, zvpiMC16x8_8u_C1, "zvpiGetDiff16x8B_8u16s_C1",
-     zvpiGetDiff16x8B_8u16s_C1, zvpiMC16x8B_8u_C1},
-    {8, 16, "zvpiGetDiff8x16_8u16s_C1", zvpiGetDiff8x16_8u16s_C1, zvpiMC8x16_8u_C1, "zvpiGetDiff8x16B_8u16s_C1",
-     zvpiGetDiff8x16B_8u16s_C1, zvpiMC8x16B_8u_C1},
-    {8, 8, "zvpiGetDiff8x8_8u16s_C1", zvpiGetDiff8x8_8u16s_C1, zvpiMC8x8_8u_C1, "zvpiGetDiff8x8B_8u16s_C1",
-     zvpiGetDiff8x8B_8u16s_C1, zvpiMC8x8B_8u_C1},
-    {8, 4, "zvpiGetDiff8x4_8u16s_C1", zvpiGetDiff8x4_8u16s_C1, zvpiMC8x4_8u_C1, "zvpiGetDiff8x4B_8u16s_C1",
-     zvpiGetDiff8x4B_8u16s_C1, zvpiMC8x4B_8u_C1},
-};
-const struct {
-  int height;
-  const char* name;
-  DiffPlanes one;
-  const char* nameB;
-  DiffBPlanes two;
-} chromaMembers[] = {
-    {8, "zvpiGetDiff8x8_8u16s_C2P2", zvpiGetDiff8x8_8u16s_C2P2, "zvpiGetDiff8x8B_8u16s_C2P2",
-     zvpiGetDiff8x8B_8u16s_C2P2},
-    {4, "zvpiGetDiff8x4_8u16s_C2P2", zvpiGetDiff8x4_8u16s_C2P2, "zvpiGetDiff8x4B_8u16s_C2P2",
-     zvpiGetDiff8x4B_8u16s_C2P2},
-};
 
 }  // namespace
 
 TEST(GetDiff, OneReference) {
   Rng rng(331);
   for (int round = 0; round < rounds(600); ++round)
-    for (const auto& member : members) {
+    for (const auto& member : getDiffMembers) {
       const auto cur = inputBytes(rng, member.width, member.height);
       const ReferencePlane ref(rng, member.width, member.height, 1);
       OutputPlane<s16> diff(rng, member.width, member.height), predictor(rng, member.width, member.height);
@@ -89,7 +53,7 @@ TEST(GetDiff, OneReference) {
 TEST(GetDiff, TwoReferences) {
   Rng rng(332);
   for (int round = 0; round < rounds(600); ++round)
-    for (const auto& member : members) {
+    for (const auto& member : getDiffMembers) {
       const auto cur = inputBytes(rng, member.width, member.height);
       const ReferencePlane forward(rng, member.width, member.height, 1);
       const ReferencePlane backward(rng, member.width, member.height, 1);
@@ -108,7 +72,7 @@ TEST(GetDiff, TwoReferences) {
 TEST(GetDiff, InterleavedChromaOneReference) {
   Rng rng(333);
   for (int round = 0; round < rounds(1000); ++round)
-    for (const auto& member : chromaMembers) {
+    for (const auto& member : getDiffChromaMembers) {
       const auto cur = inputBytes(rng, 16, member.height);
       const ReferencePlane ref(rng, 16, member.height, 2);
       OutputPlane<s16> u(rng, 8, member.height), v(rng, 8, member.height);
@@ -126,7 +90,7 @@ TEST(GetDiff, InterleavedChromaOneReference) {
 TEST(GetDiff, InterleavedChromaTwoReferences) {
   Rng rng(334);
   for (int round = 0; round < rounds(800); ++round)
-    for (const auto& member : chromaMembers) {
+    for (const auto& member : getDiffChromaMembers) {
       const auto cur = inputBytes(rng, 16, member.height);
       const ReferencePlane forward(rng, 16, member.height, 2), backward(rng, 16, member.height, 2);
       OutputPlane<s16> u(rng, 8, member.height), v(rng, 8, member.height);
@@ -158,7 +122,7 @@ TEST(GetDiff, WholePelFourByFour) {
 TEST(GetDiff, McGivesTheBlockBack) {
   Rng rng(336);
   for (int round = 0; round < rounds(30); ++round)
-    for (const auto& member : members)
+    for (const auto& member : getDiffMembers)
       for (s32 roundControl = 0; roundControl < 2; ++roundControl)
         for (s32 types = 0; types < 16; ++types) {
           const auto cur = inputBytes(rng, member.width, member.height);
@@ -203,7 +167,7 @@ TEST(GetDiff, NullPointersAreRefused) {
   const u8 *c = cur.data(), *r = ref.data();
   s16 *d = diff.actual.data(), *e = other.actual.data();
   const s32 cs = stepOf(cur), rs = stepOf(ref), ds = diff.step(), es = other.step();
-  for (const auto& m : members) {
+  for (const auto& m : getDiffMembers) {
     EXPECT_EQ(m.one(nullptr, cs, r, rs, d, ds, e, es, 0, 0), zvpStatusNullPointer) << m.name;
     EXPECT_EQ(m.one(c, cs, nullptr, rs, d, ds, e, es, 4, 1), zvpStatusNullPointer) << m.name;
     EXPECT_EQ(m.one(c, cs, r, rs, nullptr, ds, e, es, 12, 9), zvpStatusNullPointer) << m.name;
@@ -213,7 +177,7 @@ TEST(GetDiff, NullPointersAreRefused) {
     EXPECT_EQ(m.two(c, cs, r, rs, 4, nullptr, rs, 8, d, ds, 1), zvpStatusNullPointer) << m.nameB;
     EXPECT_EQ(m.two(c, cs, r, rs, 4, r, rs, 8, nullptr, ds, 1), zvpStatusNullPointer) << m.nameB;
   }
-  for (const auto& m : chromaMembers) {
+  for (const auto& m : getDiffChromaMembers) {
     EXPECT_EQ(m.one(nullptr, cs, r, rs, d, ds, e, es, 0, 0), zvpStatusNullPointer) << m.name;
     EXPECT_EQ(m.one(c, cs, nullptr, rs, d, ds, e, es, 0, 0), zvpStatusNullPointer) << m.name;
     EXPECT_EQ(m.one(c, cs, r, rs, nullptr, ds, e, es, 0, 0), zvpStatusNullPointer) << m.name;

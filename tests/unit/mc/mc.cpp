@@ -4,52 +4,18 @@
 #include <gtest/gtest.h>
 
 #include "mc/mc_tables.h"
+#include "reference/mc/members.h"
 #include "unit/mc/motion.h"
 #include "zvpvc.h"
 
 using namespace zvptest;
-using reference::mc::Shape;
+using reference::mc::mcMembers;
+using reference::mc::mcPlanesMembers;
 using zvp::s16;
 using zvp::s32;
 using zvp::u8;
 
 namespace {
-
-using Mc = zvpStatus (*)(const u8*, s32, const s16*, s32, u8*, s32, s32, s32);
-using McB = zvpStatus (*)(const u8*, s32, s32, const u8*, s32, s32, const s16*, s32, u8*, s32, s32);
-using McPlanes = zvpStatus (*)(const u8*, s32, const s16*, const s16*, s32, u8*, s32, s32, s32);
-using McBPlanes = zvpStatus (*)(const u8*, s32, s32, const u8*, s32, s32, const s16*, const s16*, s32, u8*, s32, s32);
-
-const struct {
-  Shape shape;
-  const char* name;
-  Mc one;
-  const char* nameB;
-  McB two;
-} members[] = {
-    {{16, 16}, "zvpiMC16x16_8u_C1", zvpiMC16x16_8u_C1, "zvpiMC16x16B_8u_C1", zvpiMC16x16B_8u_C1},
-    {{16, 8}, "zvpiMC16x8_8u_C1", zvpiMC16x8_8u_C1, "zvpiMC16x8B_8u_C1", zvpiMC16x8B_8u_C1},
-    {{16, 4}, "zvpiMC16x4_8u_C1", zvpiMC16x4_8u_C1, "zvpiMC16x4B_8u_C1", zvpiMC16x4B_8u_C1},
-    {{8, 16}, "zvpiMC8x16_8u_C1", zvpiMC8x16_8u_C1, "zvpiMC8x16B_8u_C1", zvpiMC8x16B_8u_C1},
-    {{8, 8}, "zvpiMC8x8_8u_C1", zvpiMC8x8_8u_C1, "zvpiMC8x8B_8u_C1", zvpiMC8x8B_8u_C1},
-    {{8, 4}, "zvpiMC8x4_8u_C1", zvpiMC8x4_8u_C1, "zvpiMC8x4B_8u_C1", zvpiMC8x4B_8u_C1},
-    {{2, 2}, "zvpiMC2x2_8u_C1", zvpiMC2x2_8u_C1, "zvpiMC2x2B_8u_C1", zvpiMC2x2B_8u_C1},
-    {{2, 4}, "zvpiMC2x4_8u_C1", zvpiMC2x4_8u_C1, "zvpiMC2x4B_8u_C1", zvpiMC2x4B_8u_C1},
-    {{4, 2}, "zvpiMC4x2_8u_C1", zvpiMC4x2_8u_C1, "zvpiMC4x2B_8u_C1", zvpiMC4x2B_8u_C1},
-    {{4, 4}, "zvpiMC4x4_8u_C1", zvpiMC4x4_8u_C1, "zvpiMC4x4B_8u_C1", zvpiMC4x4B_8u_C1},
-    {{4, 8}, "zvpiMC4x8_8u_C1", zvpiMC4x8_8u_C1, "zvpiMC4x8B_8u_C1", zvpiMC4x8B_8u_C1},
-    {{16, 8, 2}, "zvpiMC16x8UV_8u_C1", zvpiMC16x8UV_8u_C1, "zvpiMC16x8BUV_8u_C1", zvpiMC16x8BUV_8u_C1},
-};
-const struct {
-  int height;
-  const char* name;
-  McPlanes one;
-  const char* nameB;
-  McBPlanes two;
-} planarMembers[] = {
-    {8, "zvpiMC8x8_16s8u_P2C2R", zvpiMC8x8_16s8u_P2C2R, "zvpiMC8x8B_16s8u_P2C2R", zvpiMC8x8B_16s8u_P2C2R},
-    {4, "zvpiMC8x4_16s8u_P2C2R", zvpiMC8x4_16s8u_P2C2R, "zvpiMC8x4B_16s8u_P2C2R", zvpiMC8x4B_16s8u_P2C2R},
-};
 
 // Residual values of the size that pictures have, or of the full range.
 GuardedPlane<s16> anyResidual(Rng& rng, int width, int height) {
@@ -98,7 +64,7 @@ int firstOfTwo(int forward, int backward, int residual) {
 TEST(Mc, OneReference) {
   Rng rng(321);
   for (int round = 0; round < rounds(400); ++round)
-    for (const auto& member : members) {
+    for (const auto& member : mcMembers) {
       const auto [width, height, channels] = member.shape;
       const ReferencePlane ref(rng, width, height, channels);
       const auto residual = anyResidual(rng, width, height);
@@ -117,7 +83,7 @@ TEST(Mc, OneReference) {
 TEST(Mc, TwoReferences) {
   Rng rng(322);
   for (int round = 0; round < rounds(400); ++round)
-    for (const auto& member : members) {
+    for (const auto& member : mcMembers) {
       const auto [width, height, channels] = member.shape;
       const ReferencePlane forward(rng, width, height, channels), backward(rng, width, height, channels);
       const auto residual = anyResidual(rng, width, height);
@@ -137,7 +103,7 @@ TEST(Mc, TwoReferences) {
 TEST(Mc, OneReferenceWithResidualPlanes) {
   Rng rng(323);
   for (int round = 0; round < rounds(800); ++round)
-    for (const auto& member : planarMembers) {
+    for (const auto& member : mcPlanesMembers) {
       const ReferencePlane ref(rng, 16, member.height, 2);
       const ResidualPlanes residual(rng, 8, member.height);
       OutputPlane<u8> dst(rng, 16, member.height);
@@ -155,7 +121,7 @@ TEST(Mc, OneReferenceWithResidualPlanes) {
 TEST(Mc, TwoReferencesWithResidualPlanes) {
   Rng rng(324);
   for (int round = 0; round < rounds(800); ++round)
-    for (const auto& member : planarMembers) {
+    for (const auto& member : mcPlanesMembers) {
       const ReferencePlane forward(rng, 16, member.height, 2), backward(rng, 16, member.height, 2);
       const ResidualPlanes residual(rng, 8, member.height);
       OutputPlane<u8> dst(rng, 16, member.height);
@@ -182,7 +148,7 @@ TEST(Mc, NullPointersAreRefused) {
   const s16* v = residual.data();
   u8* out = dst.actual.data();
   const s32 step = stepOf(ref), dataStep = stepOf(residual), outStep = dst.step();
-  for (const auto& m : members) {
+  for (const auto& m : mcMembers) {
     EXPECT_EQ(m.one(nullptr, step, v, dataStep, out, outStep, 12, 1), zvpStatusNullPointer) << m.name;
     EXPECT_EQ(m.one(r, step, nullptr, dataStep, out, outStep, 0, 0), zvpStatusNullPointer) << m.name;
     EXPECT_EQ(m.one(r, step, v, dataStep, nullptr, outStep, 4, 7), zvpStatusNullPointer) << m.name;
@@ -191,7 +157,7 @@ TEST(Mc, NullPointersAreRefused) {
     EXPECT_EQ(m.two(r, step, 4, r, step, 8, nullptr, dataStep, out, outStep, 0), zvpStatusNullPointer) << m.nameB;
     EXPECT_EQ(m.two(r, step, 12, r, step, 12, v, dataStep, nullptr, outStep, 9), zvpStatusNullPointer) << m.nameB;
   }
-  for (const auto& m : planarMembers) {
+  for (const auto& m : mcPlanesMembers) {
     EXPECT_EQ(m.one(nullptr, step, v, v, dataStep, out, outStep, 0, 0), zvpStatusNullPointer) << m.name;
     EXPECT_EQ(m.one(r, step, nullptr, v, dataStep, out, outStep, 0, 0), zvpStatusNullPointer) << m.name;
     EXPECT_EQ(m.one(r, step, v, nullptr, dataStep, out, outStep, 0, 0), zvpStatusNullPointer) << m.name;
