@@ -3722,8 +3722,517 @@ ZVP_API zvpStatus zvpiPredictIntraChroma8x8_H264_8u_C1IR(uint8_t *pSrcDst, int32
 
 /**
  * @defgroup h264_macroblock_reconstruction_8_bit H.264: macroblock reconstruction, 8-bit
+ *
+ * Rebuilds the luma plane or both chroma planes of a macroblock of 4:2:0 in one call: scales the coefficients (H.264
+ * 8.5), transforms them back, predicts intra macroblocks from the samples around them (8.3), adds. Inter members find
+ * the prediction in the picture.
+ *
+ * Coefficients. *ppSrcCoeff points to levels of 16 bits in raster order, block after block in decoding order, as the
+ * entropy decoder left them. A coded block takes its own and moves the pointer on: 16 for a 4x4 block or the DC block
+ * of Intra16x16, 64 for an 8x8 block, 4 for the DC block of a chroma plane; blocks that are not coded take nothing. A
+ * block without its DC leaves the place of element 0 all the same. The buffer is working space: scaled and transformed
+ * values stay in it, and it is not zeroed. On success the pointer stands behind the last block; after an error it is
+ * where it was.
+ *
+ * cbp. Bit 0: the DC block of an Intra16x16 macroblock is coded. Bits 1 to 16: 4x4 blocks 0 to 15 of luma. Bits 17 and
+ * 18: the DC blocks of U and V. Bits 19 to 22: blocks 0 to 3 of U, 23 to 26: of V. The 8x8 members read bits 0 to 3 as
+ * their four blocks. Other bits have no say.
+ *
+ * Scales. Members without a table use the flat ones of QP; products wrap at 16 bits. pQuantTable holds the scales of
+ * the caller's matrix for QP % 6 in raster order, weightScale * normAdjust (8.5.9), 16 elements or, for 8x8 blocks, 64.
+ * With bypass, if QP is 0, levels are neither scaled nor transformed and added as they are, those of DC blocks too:
+ * the lossless macroblocks of 8.5.12. With another QP bypass has no say.
+ *
+ * Arithmetic. Intermediate results keep 16 bits, which those of conforming streams never exceed; products that are
+ * shifted to the right are formed in 32. A residual is clamped to -256..256 and the sum with the sample to 0..255.
+ *
+ * edgeFlags. A set bit means that a neighbour of the macroblock may not be used:
+ *   - 1: the column to the left; in members named Half its upper half, rows 0 to 7
+ *   - 2: in members named Half the lower half of that column, rows 8 to 15
+ *   - 4: the row above
+ *   - 8: in 8x8 members: the sample above and to the left is not what the sides that meet in it are. It counts as there
+ *     if the row above and the column to the left (in Half members its upper half) are both there and the bit is clear,
+ *     or if they are not both there and the bit is set. It has a part in the filtering of neighbours (8.3.2.2.1)
+ *   - 16: the row above and to the right for 4x4 and 8x8 blocks, the sample above and to the left for 16x16 and chroma
+ *
+ * Other bits have no say. Half members serve macroblocks of a field whose left neighbours are a pair of frame
+ * macroblocks (6.4.12.2), of which one may be used for intra prediction and the other not.
+ *
+ * Planes. A step is the distance of rows in bytes, of both planes in chroma members; any value, negative too.
+ *
+ * Reads:  the coefficients of coded blocks; the tables; the 16x16 samples of luma or 8x8 of each chroma plane where
+ *         something is added to them. Intra members also neighbours that the modes use and the flags allow: 16 samples
+ *         above (8 of chroma), 16 to the left (8), the corner, and above to the right 4 in 4x4 members, 8 in 8x8 ones.
+ * Writes: the samples of the macroblock, the coefficients of coded blocks, *ppSrcCoeff.
+ * Align:  none for samples, coefficients, modes and tables; *ppSrcCoeff as a pointer.
  * @{
  */
+
+/**
+ * Adds the residual of the 4x4 blocks of an inter macroblock, scaled by flat matrices.
+ *
+ * @param[in,out] ppSrcCoeff  address of the pointer to the coefficients
+ * @param[in,out] pSrcDst     top left sample of the macroblock
+ * @param[in]     srcDstStep  distance of rows in bytes
+ * @param[in]     cbp         which blocks are coded
+ * @param[in]     QP          0 to 51
+ *
+ * @retval zvpStatusNullPointer  an argument or *ppSrcCoeff is null.
+ * @retval zvpStatusOutOfRange   QP is above 51; tested before cbp is looked at.
+ * @retval zvpStatusOk           the coded blocks are added; without one nothing is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaInterMB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst, int32_t srcDstStep,
+                                                            uint32_t cbp, uint32_t QP);
+
+/**
+ * Adds the residual of the 4x4 blocks of an inter macroblock, scaled by the caller's matrix.
+ *
+ * @param[in,out] ppSrcCoeff   address of the pointer to the coefficients
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance of rows in bytes
+ * @param[in]     cbp          which blocks are coded
+ * @param[in]     QP           0 to 51
+ * @param[in]     pQuantTable  16 scales for QP % 6
+ * @param[in]     bypass       not 0: lossless if QP is 0
+ *
+ * @retval zvpStatusNullPointer  a pointer or *ppSrcCoeff is null.
+ * @retval zvpStatusOutOfRange   QP is above 51.
+ * @retval zvpStatusOk           the coded blocks are added; without one nothing is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaInter4x4MB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst,
+                                                               int32_t srcDstStep, uint32_t cbp, uint32_t QP,
+                                                               const int16_t *pQuantTable, uint8_t bypass);
+
+/**
+ * Adds the residual of the 8x8 blocks of an inter macroblock, scaled by the caller's matrix (8.5.13).
+ *
+ * @param[in,out] ppSrcCoeff   address of the pointer to the coefficients
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance of rows in bytes
+ * @param[in]     cbp          which blocks are coded
+ * @param[in]     QP           0 to 51
+ * @param[in]     pQuantTable  64 scales for QP % 6
+ * @param[in]     bypass       not 0: lossless if QP is 0
+ *
+ * @retval zvpStatusNullPointer  a pointer or *ppSrcCoeff is null.
+ * @retval zvpStatusOutOfRange   QP is above 51.
+ * @retval zvpStatusOk           the coded blocks are added; without one nothing is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaInter8x8MB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst,
+                                                               int32_t srcDstStep, uint32_t cbp, uint32_t QP,
+                                                               const int16_t *pQuantTable, uint8_t bypass);
+
+/**
+ * Rebuilds an Intra_4x4 macroblock, scaled by flat matrices.
+ *
+ * Block by block predicts and adds. Modes that need the samples above and to the right repeat the last one above where
+ * those are missing; modes 4 to 6 ask for the row above and the column to the left, and have the corner with them. The
+ * DC mode takes what is there.
+ *
+ * @param[in,out] ppSrcCoeff  address of the pointer to the coefficients
+ * @param[in,out] pSrcDst     top left sample of the macroblock
+ * @param[in]     srcDstStep  distance of rows in bytes
+ * @param[in]     pModes      16 modes by block, 0 to 8 as in zvpiPredictIntra_4x4_H264_8u_C1IR()
+ * @param[in]     cbp         which blocks are coded
+ * @param[in]     QP          0 to 51
+ * @param[in]     edgeFlags   neighbours that may not be used
+ *
+ * @retval zvpStatusNullPointer            an argument or *ppSrcCoeff is null.
+ * @retval zvpStatusOutOfRange             QP is above 51. Later, a mode is not 0 to 8: as for a missing neighbour.
+ * @retval zvpStatusPredictionUnavailable  a mode asks for a neighbour that is missing. The blocks before it are done,
+ *                                         *ppSrcCoeff stays.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaIntraMB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst, int32_t srcDstStep,
+                                                            const int32_t *pModes, uint32_t cbp, uint32_t QP,
+                                                            uint8_t edgeFlags);
+
+/**
+ * Rebuilds an Intra_4x4 macroblock, scaled by flat matrices.
+ *
+ * As zvpiReconstructLumaIntraMB_H264_16s8u_C1R(), but the halves of the column to the left have flags of their own. The
+ * corner of block 8 belongs to the upper half.
+ *
+ * @param[in,out] ppSrcCoeff  address of the pointer to the coefficients
+ * @param[in,out] pSrcDst     top left sample of the macroblock
+ * @param[in]     srcDstStep  distance of rows in bytes
+ * @param[in]     pModes      16 modes by block, 0 to 8 as in zvpiPredictIntra_4x4_H264_8u_C1IR()
+ * @param[in]     cbp         which blocks are coded
+ * @param[in]     QP          0 to 51
+ * @param[in]     edgeFlags   neighbours that may not be used
+ *
+ * @retval zvpStatusNullPointer            an argument or *ppSrcCoeff is null.
+ * @retval zvpStatusOutOfRange             QP is above 51. Later, a mode is not 0 to 8: as for a missing neighbour.
+ * @retval zvpStatusPredictionUnavailable  a mode asks for a neighbour that is missing. The blocks before it are done,
+ *                                         *ppSrcCoeff stays.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaIntraHalfMB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst,
+                                                                int32_t srcDstStep, const int32_t *pModes, uint32_t cbp,
+                                                                uint32_t QP, uint8_t edgeFlags);
+
+/**
+ * Rebuilds an Intra_4x4 macroblock, scaled by the caller's matrix.
+ *
+ * As zvpiReconstructLumaIntraMB_H264_16s8u_C1R() in all else.
+ *
+ * @param[in,out] ppSrcCoeff   address of the pointer to the coefficients
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance of rows in bytes
+ * @param[in]     pModes       16 modes by block, 0 to 8 as in zvpiPredictIntra_4x4_H264_8u_C1IR()
+ * @param[in]     cbp          which blocks are coded
+ * @param[in]     QP           0 to 51
+ * @param[in]     edgeFlags    neighbours that may not be used
+ * @param[in]     pQuantTable  16 scales for QP % 6; not read if no block is coded
+ *
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null, or pQuantTable while a
+ *                                         block is coded.
+ * @retval zvpStatusOutOfRange             QP is above 51. Later, a mode is not 0 to 8: as for a missing neighbour.
+ * @retval zvpStatusPredictionUnavailable  a mode asks for a neighbour that is missing. The blocks before it are done,
+ *                                         *ppSrcCoeff stays.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaIntra4x4MB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst,
+                                                               int32_t srcDstStep, const int32_t *pModes, uint32_t cbp,
+                                                               uint32_t QP, uint8_t edgeFlags,
+                                                               const int16_t *pQuantTable);
+
+/**
+ * Rebuilds an Intra_4x4 macroblock, scaled by the caller's matrix.
+ *
+ * As zvpiReconstructLumaIntra4x4MB_H264_16s8u_C1R(), but the halves of the column to the left have flags of their own.
+ * The corner of block 8 belongs to the upper half.
+ *
+ * @param[in,out] ppSrcCoeff   address of the pointer to the coefficients
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance of rows in bytes
+ * @param[in]     pModes       16 modes by block, 0 to 8 as in zvpiPredictIntra_4x4_H264_8u_C1IR()
+ * @param[in]     cbp          which blocks are coded
+ * @param[in]     QP           0 to 51
+ * @param[in]     edgeFlags    neighbours that may not be used
+ * @param[in]     pQuantTable  16 scales for QP % 6; not read if no block is coded
+ *
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null, or pQuantTable while a
+ *                                         block is coded.
+ * @retval zvpStatusOutOfRange             QP is above 51. Later, a mode is not 0 to 8: as for a missing neighbour.
+ * @retval zvpStatusPredictionUnavailable  a mode asks for a neighbour that is missing. The blocks before it are done,
+ *                                         *ppSrcCoeff stays.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaIntraHalf4x4MB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst,
+                                                                   int32_t srcDstStep, const int32_t *pModes,
+                                                                   uint32_t cbp, uint32_t QP, uint8_t edgeFlags,
+                                                                   const int16_t *pQuantTable);
+
+/**
+ * Rebuilds an Intra_8x8 macroblock, scaled by the caller's matrix.
+ *
+ * Block by block predicts from filtered neighbours (8.3.2.2) and adds (8.5.13). The samples above and to the right of
+ * block 0 go with the row above, those of block 1 by their flag; block 2 has block 1 there, block 3 none, so that the
+ * last sample above repeats.
+ *
+ * @param[in,out] ppSrcCoeff   address of the pointer to the coefficients
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance of rows in bytes
+ * @param[in]     pModes       4 modes by block, 0 to 8 in the order of the 4x4 ones
+ * @param[in]     cbp          which blocks are coded
+ * @param[in]     QP           0 to 51
+ * @param[in]     edgeFlags    neighbours that may not be used
+ * @param[in]     pQuantTable  64 scales for QP % 6; not read if no block is coded
+ *
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null, or pQuantTable while a
+ *                                         block is coded.
+ * @retval zvpStatusOutOfRange             QP is above 51. Later, a mode is not 0 to 8: as for a missing neighbour.
+ * @retval zvpStatusPredictionUnavailable  a mode asks for a neighbour that is missing. The blocks before it are done,
+ *                                         *ppSrcCoeff stays.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaIntra8x8MB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst,
+                                                               int32_t srcDstStep, const int32_t *pModes, uint32_t cbp,
+                                                               uint32_t QP, uint8_t edgeFlags,
+                                                               const int16_t *pQuantTable);
+
+/**
+ * Rebuilds an Intra_8x8 macroblock, scaled by the caller's matrix.
+ *
+ * As zvpiReconstructLumaIntra8x8MB_H264_16s8u_C1R(), but the halves of the column to the left have flags of their own.
+ * The corner of block 2 belongs to the upper half.
+ *
+ * @param[in,out] ppSrcCoeff   address of the pointer to the coefficients
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance of rows in bytes
+ * @param[in]     pModes       4 modes by block, 0 to 8 in the order of the 4x4 ones
+ * @param[in]     cbp          which blocks are coded
+ * @param[in]     QP           0 to 51
+ * @param[in]     edgeFlags    neighbours that may not be used
+ * @param[in]     pQuantTable  64 scales for QP % 6; not read if no block is coded
+ *
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null, or pQuantTable while a
+ *                                         block is coded.
+ * @retval zvpStatusOutOfRange             QP is above 51. Later, a mode is not 0 to 8: as for a missing neighbour.
+ * @retval zvpStatusPredictionUnavailable  a mode asks for a neighbour that is missing. The blocks before it are done,
+ *                                         *ppSrcCoeff stays.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaIntraHalf8x8MB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst,
+                                                                   int32_t srcDstStep, const int32_t *pModes,
+                                                                   uint32_t cbp, uint32_t QP, uint8_t edgeFlags,
+                                                                   const int16_t *pQuantTable);
+
+/**
+ * Rebuilds an Intra_16x16 macroblock, scaled by flat matrices (8.5.2, 8.5.10).
+ *
+ * Predicts all of it, transforms the DC block if it is coded, and adds block by block, a DC also where the block itself
+ * is not coded.
+ *
+ * @param[in,out] ppSrcCoeff  address of the pointer to the coefficients
+ * @param[in,out] pSrcDst     top left sample of the macroblock
+ * @param[in]     srcDstStep  distance of rows in bytes
+ * @param[in]     mode        0 to 3 as in zvpiPredictIntra_16x16_H264_8u_C1IR()
+ * @param[in]     cbp         which blocks are coded
+ * @param[in]     QP          0 to 51
+ * @param[in]     edgeFlags   neighbours that may not be used
+ *
+ * @retval zvpStatusNullPointer            an argument or *ppSrcCoeff is null.
+ * @retval zvpStatusOutOfRange             QP is above 51; then: mode is above 3.
+ * @retval zvpStatusPredictionUnavailable  mode 0 without the row above, 1 without the column to the left, 3 without one
+ *                                         of these or the corner. Nothing is written.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaIntra16x16MB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst,
+                                                                 int32_t srcDstStep, uint32_t mode, uint32_t cbp,
+                                                                 uint32_t QP, uint8_t edgeFlags);
+
+/**
+ * Rebuilds an Intra_16x16 macroblock, scaled by the caller's matrix. As
+ * zvpiReconstructLumaIntra16x16MB_H264_16s8u_C1R() in all else.
+ *
+ * @param[in,out] ppSrcCoeff   address of the pointer to the coefficients
+ * @param[in,out] pSrcDst      top left sample of the macroblock
+ * @param[in]     srcDstStep   distance of rows in bytes
+ * @param[in]     mode         0 to 3 as in zvpiPredictIntra_16x16_H264_8u_C1IR()
+ * @param[in]     cbp          which blocks are coded
+ * @param[in]     QP           0 to 51
+ * @param[in]     edgeFlags    neighbours that may not be used
+ * @param[in]     pQuantTable  16 scales for QP % 6
+ * @param[in]     bypass       not 0: lossless if QP is 0
+ *
+ * @retval zvpStatusNullPointer            a pointer or *ppSrcCoeff is null.
+ * @retval zvpStatusOutOfRange             QP is above 51; then: mode is above 3.
+ * @retval zvpStatusPredictionUnavailable  mode 0 without the row above, 1 without the column to the left, 3 without one
+ *                                         of these or the corner. Nothing is written.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructLumaIntra_16x16MB_H264_16s8u_C1R(int16_t **ppSrcCoeff, uint8_t *pSrcDst,
+                                                                  int32_t srcDstStep, uint32_t mode, uint32_t cbp,
+                                                                  uint32_t QP, uint8_t edgeFlags,
+                                                                  const int16_t *pQuantTable, uint8_t bypass);
+
+/**
+ * Adds the residual of both chroma planes of an inter macroblock, scaled by flat matrices (8.5.11).
+ *
+ * @param[in,out] ppSrcCoeff  address of the pointer to the coefficients
+ * @param[in,out] pSrcDstU    top left sample of its U plane
+ * @param[in,out] pSrcDstV    top left sample of its V plane
+ * @param[in]     srcDstStep  distance of rows in bytes
+ * @param[in]     cbp         which blocks are coded
+ * @param[in]     QP          0 to 39, the QP of chroma
+ *
+ * @retval zvpStatusNullPointer  an argument, or *ppSrcCoeff, is null.
+ * @retval zvpStatusOutOfRange   QP is above 39.
+ * @retval zvpStatusOk           the coded blocks are added; without one nothing is done.
+ */
+ZVP_API zvpStatus zvpiReconstructChromaInterMB_H264_16s8u_P2R(int16_t **ppSrcCoeff, uint8_t *pSrcDstU,
+                                                              uint8_t *pSrcDstV, int32_t srcDstStep, uint32_t cbp,
+                                                              uint32_t QP);
+
+/**
+ * Rebuilds both chroma planes of an intra macroblock, scaled by flat matrices: predicts them (8.3.4), then adds.
+ *
+ * @param[in,out] ppSrcCoeff  address of the pointer to the coefficients
+ * @param[in,out] pSrcDstU    top left sample of its U plane
+ * @param[in,out] pSrcDstV    top left sample of its V plane
+ * @param[in]     srcDstStep  distance of rows in bytes
+ * @param[in]     mode        0 to 3 as in zvpiPredictIntraChroma8x8_H264_8u_C1IR()
+ * @param[in]     cbp         which blocks are coded
+ * @param[in]     QP          0 to 39, the QP of chroma
+ * @param[in]     edgeFlags   neighbours that may not be used
+ *
+ * @retval zvpStatusNullPointer            an argument, or *ppSrcCoeff, is null.
+ * @retval zvpStatusOutOfRange             QP is above 39; then: mode is above 3.
+ * @retval zvpStatusPredictionUnavailable  mode 2 without the row above, 1 without the column to the left, 3 without one
+ *                                         of these or the corner. Nothing is written.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructChromaIntraMB_H264_16s8u_P2R(int16_t **ppSrcCoeff, uint8_t *pSrcDstU,
+                                                              uint8_t *pSrcDstV, int32_t srcDstStep, uint32_t mode,
+                                                              uint32_t cbp, uint32_t QP, uint8_t edgeFlags);
+
+/**
+ * Rebuilds both chroma planes of an intra macroblock whose halves have different neighbours, scaled by flat matrices.
+ *
+ * The DC mode treats each quadrant by itself, the upper two by edgeFlagsTop and the lower two by edgeFlagsBottom; in
+ * both bit 1 stands for the half of the column to the left beside them. The vertical mode is the only other.
+ *
+ * @param[in,out] ppSrcCoeff       address of the pointer to the coefficients
+ * @param[in,out] pSrcDstU         top left sample of its U plane
+ * @param[in,out] pSrcDstV         top left sample of its V plane
+ * @param[in]     srcDstStep       distance of rows in bytes
+ * @param[in]     mode             0, DC, or 2, vertical
+ * @param[in]     cbp              which blocks are coded
+ * @param[in]     QP               0 to 51, as for luma: not 39
+ * @param[in]     edgeFlagsTop     neighbours that the upper quadrants may not use
+ * @param[in]     edgeFlagsBottom  neighbours that the lower quadrants may not use
+ *
+ * @retval zvpStatusNullPointer            an argument, or *ppSrcCoeff, is null.
+ * @retval zvpStatusOutOfRange             QP is not 0 to 51.
+ * @retval zvpStatusPredictionUnavailable  mode is neither 0 nor 2, or it is 2 and edgeFlagsTop says that the row above
+ *                                         is missing. Nothing is written.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructChromaIntraHalfsMB_H264_16s8u_P2R(int16_t **ppSrcCoeff, uint8_t *pSrcDstU,
+                                                                   uint8_t *pSrcDstV, int32_t srcDstStep, uint32_t mode,
+                                                                   uint32_t cbp, int32_t QP, uint8_t edgeFlagsTop,
+                                                                   uint8_t edgeFlagsBottom);
+
+/**
+ * The same as zvpiReconstructChromaIntraHalfsMB_H264_16s8u_P2R(), under another name.
+ *
+ * @param[in,out] ppSrcCoeff       address of the pointer to the coefficients
+ * @param[in,out] pSrcDstU         top left sample of its U plane
+ * @param[in,out] pSrcDstV         top left sample of its V plane
+ * @param[in]     srcDstStep       distance of rows in bytes
+ * @param[in]     mode             0, DC, or 2, vertical
+ * @param[in]     cbp              which blocks are coded
+ * @param[in]     QP               0 to 51, as for luma: not 39
+ * @param[in]     edgeFlagsTop     neighbours that the upper quadrants may not use
+ * @param[in]     edgeFlagsBottom  neighbours that the lower quadrants may not use
+ *
+ * @retval zvpStatusNullPointer            an argument, or *ppSrcCoeff, is null.
+ * @retval zvpStatusOutOfRange             QP is not 0 to 51.
+ * @retval zvpStatusPredictionUnavailable  mode is neither 0 nor 2, or it is 2 and edgeFlagsTop says that the row above
+ *                                         is missing. Nothing is written.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructChromaIntraHalvesMB_H264_16s8u_P2R(int16_t **ppSrcCoeff, uint8_t *pSrcDstU,
+                                                                    uint8_t *pSrcDstV, int32_t srcDstStep,
+                                                                    uint32_t mode, uint32_t cbp, int32_t QP,
+                                                                    uint8_t edgeFlagsTop, uint8_t edgeFlagsBottom);
+
+/**
+ * Adds the residual of both chroma planes of an inter macroblock, scaled by the caller's matrices (8.5.11).
+ *
+ * @param[in,out] ppSrcCoeff    address of the pointer to the coefficients
+ * @param[in,out] pSrcDstU      top left sample of its U plane
+ * @param[in,out] pSrcDstV      top left sample of its V plane
+ * @param[in]     srcDstStep    distance of rows in bytes
+ * @param[in]     cbp           which blocks are coded
+ * @param[in]     QP            0 to 39, the QP of chroma
+ * @param[in]     pQuantTableU  16 scales of U for QP % 6; not read if no block is coded or with bypass at QP 0
+ * @param[in]     pQuantTableV  16 scales of V for QP % 6, likewise
+ * @param[in]     bypass        not 0: lossless if QP is 0
+ *
+ * @retval zvpStatusNullPointer  ppSrcCoeff, *ppSrcCoeff or a plane is null, or a table that a coded block asks for.
+ * @retval zvpStatusOutOfRange   QP is above 39.
+ * @retval zvpStatusOk           the coded blocks are added; without one nothing is done.
+ */
+ZVP_API zvpStatus zvpiReconstructChromaInter4x4MB_H264_16s8u_P2R(int16_t **ppSrcCoeff, uint8_t *pSrcDstU,
+                                                                 uint8_t *pSrcDstV, int32_t srcDstStep, uint32_t cbp,
+                                                                 uint32_t QP, const int16_t *pQuantTableU,
+                                                                 const int16_t *pQuantTableV, uint8_t bypass);
+
+/**
+ * Rebuilds both chroma planes of an intra macroblock, scaled by the caller's matrices: predicts them (8.3.4), then
+ * adds.
+ *
+ * @param[in,out] ppSrcCoeff    address of the pointer to the coefficients
+ * @param[in,out] pSrcDstU      top left sample of its U plane
+ * @param[in,out] pSrcDstV      top left sample of its V plane
+ * @param[in]     srcDstStep    distance of rows in bytes
+ * @param[in]     mode          0 to 3 as in zvpiPredictIntraChroma8x8_H264_8u_C1IR()
+ * @param[in]     cbp           which blocks are coded
+ * @param[in]     QP            0 to 39, the QP of chroma
+ * @param[in]     edgeFlags     neighbours that may not be used
+ * @param[in]     pQuantTableU  16 scales of U for QP % 6; not read if no block is coded or with bypass at QP 0
+ * @param[in]     pQuantTableV  16 scales of V for QP % 6, likewise
+ * @param[in]     bypass        not 0: lossless if QP is 0
+ *
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff or a plane is null, or a table that a coded block
+ *                                         asks for.
+ * @retval zvpStatusOutOfRange             QP is above 39; then: mode is above 3.
+ * @retval zvpStatusPredictionUnavailable  mode 2 without the row above, 1 without the column to the left, 3 without one
+ *                                         of these or the corner. Nothing is written.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructChromaIntra4x4MB_H264_16s8u_P2R(int16_t **ppSrcCoeff, uint8_t *pSrcDstU,
+                                                                 uint8_t *pSrcDstV, int32_t srcDstStep, uint32_t mode,
+                                                                 uint32_t cbp, uint32_t QP, uint8_t edgeFlags,
+                                                                 const int16_t *pQuantTableU,
+                                                                 const int16_t *pQuantTableV, uint8_t bypass);
+
+/**
+ * Rebuilds both chroma planes of an intra macroblock whose halves have different neighbours, scaled by the caller's
+ * matrices.
+ *
+ * The DC mode treats each quadrant by itself, the upper two by edgeFlagsTop and the lower two by edgeFlagsBottom; in
+ * both bit 1 stands for the half of the column to the left beside them. The vertical mode is the only other.
+ *
+ * @param[in,out] ppSrcCoeff       address of the pointer to the coefficients
+ * @param[in,out] pSrcDstU         top left sample of its U plane
+ * @param[in,out] pSrcDstV         top left sample of its V plane
+ * @param[in]     srcDstStep       distance of rows in bytes
+ * @param[in]     mode             0, DC, or 2, vertical
+ * @param[in]     cbp              which blocks are coded
+ * @param[in]     QP               0 to 51, as for luma: not 39
+ * @param[in]     edgeFlagsTop     neighbours that the upper quadrants may not use
+ * @param[in]     edgeFlagsBottom  neighbours that the lower quadrants may not use
+ * @param[in]     pQuantTableU     16 scales of U for QP % 6; not read if no block is coded or with bypass at QP 0
+ * @param[in]     pQuantTableV     16 scales of V for QP % 6, likewise
+ * @param[in]     bypass           not 0: lossless if QP is 0
+ *
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff or a plane is null, or a table that a coded block
+ *                                         asks for.
+ * @retval zvpStatusOutOfRange             QP is not 0 to 51.
+ * @retval zvpStatusPredictionUnavailable  mode is neither 0 nor 2, or it is 2 and edgeFlagsTop says that the row above
+ *                                         is missing. Nothing is written.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructChromaIntraHalfs4x4MB_H264_16s8u_P2R(int16_t **ppSrcCoeff, uint8_t *pSrcDstU,
+                                                                      uint8_t *pSrcDstV, int32_t srcDstStep,
+                                                                      uint32_t mode, uint32_t cbp, int32_t QP,
+                                                                      uint8_t edgeFlagsTop, uint8_t edgeFlagsBottom,
+                                                                      const int16_t *pQuantTableU,
+                                                                      const int16_t *pQuantTableV, uint8_t bypass);
+
+/**
+ * The same as zvpiReconstructChromaIntraHalfs4x4MB_H264_16s8u_P2R(), under another name.
+ *
+ * @param[in,out] ppSrcCoeff       address of the pointer to the coefficients
+ * @param[in,out] pSrcDstU         top left sample of its U plane
+ * @param[in,out] pSrcDstV         top left sample of its V plane
+ * @param[in]     srcDstStep       distance of rows in bytes
+ * @param[in]     mode             0, DC, or 2, vertical
+ * @param[in]     cbp              which blocks are coded
+ * @param[in]     QP               0 to 51, as for luma: not 39
+ * @param[in]     edgeFlagsTop     neighbours that the upper quadrants may not use
+ * @param[in]     edgeFlagsBottom  neighbours that the lower quadrants may not use
+ * @param[in]     pQuantTableU     16 scales of U for QP % 6; not read if no block is coded or with bypass at QP 0
+ * @param[in]     pQuantTableV     16 scales of V for QP % 6, likewise
+ * @param[in]     bypass           not 0: lossless if QP is 0
+ *
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff or a plane is null, or a table that a coded block
+ *                                         asks for.
+ * @retval zvpStatusOutOfRange             QP is not 0 to 51.
+ * @retval zvpStatusPredictionUnavailable  mode is neither 0 nor 2, or it is 2 and edgeFlagsTop says that the row above
+ *                                         is missing. Nothing is written.
+ * @retval zvpStatusOk                     the macroblock is done.
+ */
+ZVP_API zvpStatus zvpiReconstructChromaIntraHalves4x4MB_H264_16s8u_P2R(int16_t **ppSrcCoeff, uint8_t *pSrcDstU,
+                                                                       uint8_t *pSrcDstV, int32_t srcDstStep,
+                                                                       uint32_t mode, uint32_t cbp, int32_t QP,
+                                                                       uint8_t edgeFlagsTop, uint8_t edgeFlagsBottom,
+                                                                       const int16_t *pQuantTableU,
+                                                                       const int16_t *pQuantTableV, uint8_t bypass);
 
 /** @} */ /* h264_macroblock_reconstruction_8_bit */
 
