@@ -110,26 +110,17 @@ zvpStatus inverseChromaDc(T* srcDst, s32 QP, const s16* scaleLevels) {
   return zvpStatusOk;
 }
 
-// The residual of a block: of all its levels, or of its DC alone.
+// A block by its scales, element 0 as it comes from elsewhere if it does.
 template <class T>
-ZVP_INLINE auto residualOf(const T* levels, const T* dc, std::size_t qp, bool hasAc, const s16* scaleLevels) {
-  const LevelShift shift = levelShift(h264_qp6_0[qp], 4);
-  const s16* const scales = scalesOf(scaleLevels, qp);
-  if (hasAc) {
-    auto block = scaledLevels(loadElements(levels), loadBlock4x4(scales), shift);
-    if (dc != nullptr) block = withDc(block, loadAs<T>(dc));
-    if constexpr (sizeof(T) == 2)
-      return inverseTransform<ResidualRange::Clamped>(block);
-    else
-      return inverseTransform(block);
-  }
-  const T first = dc != nullptr ? loadAs<T>(dc) : T(shift(loadAs<T>(levels), loadAs<s16>(scales)));
-  if constexpr (sizeof(T) == 2) {
-    return splatScale(s16((first + 32) >> 6));
-  } else {
-    const auto row = simd::splat<simd::S32<4>>(wrapAdd(first, 32) >> 6);
-    return Wide4x4{{row, row, row, row}};
-  }
+ZVP_INLINE auto scaledBy(const T* levels, const T* dc, std::size_t qp, const s16* scaleLevels) {
+  auto block =
+      scaledLevels(loadElements(levels), loadBlock4x4(scalesOf(scaleLevels, qp)), levelShift(h264_qp6_0[qp], 4));
+  return dc != nullptr ? withDc(block, loadAs<T>(dc)) : block;
+}
+template <class T>
+ZVP_INLINE T scaledDcBy(const T* level, const T* dc, std::size_t qp, const s16* scaleLevels) {
+  if (dc != nullptr) return loadAs<T>(dc);
+  return T(levelShift(h264_qp6_0[qp], 4)(loadAs<T>(level), loadAs<s16>(scalesOf(scaleLevels, qp))));
 }
 
 }  // namespace
@@ -195,7 +186,15 @@ zvpStatus zvpiTransformQuantInvAddPred4x4_H264_16s_C1IR(const u8* pPred, s32 pre
                                                         const s16* pScaleLevels) {
   if (anyNull(pPred, pSrcDst, pDst)) return zvpStatusNullPointer;
   if (!isWithin(QP, 51)) return zvpStatusOutOfRange;
-  addResidual(residualOf(pSrcDst, pDC, std::size_t(QP), hasAC != 0, pScaleLevels), pPred, predStep, pDst, dstStep);
+  const auto qp = std::size_t(QP);
+  if (hasAC == 0) {
+    addResidual(flatResidual(scaledDcBy(pSrcDst, pDC, qp, pScaleLevels)), pPred, predStep, pDst, dstStep);
+    return zvpStatusOk;
+  }
+  // The default list is 16 times the scales of flat matrices: the shift by 4 takes that away again, without remainder.
+  const Block4x4 block =
+      pScaleLevels == nullptr ? scaledBlock(loadBlock4x4(pSrcDst), pDC, qp) : scaledBy(pSrcDst, pDC, qp, pScaleLevels);
+  addInverseTransform(block, pPred, predStep, pDst, dstStep);
   return zvpStatusOk;
 }
 zvpStatus zvpiTransformQuantInvAddPred4x4_H264_32s_C1IR(const u16* pPred, s32 predStep, const s32* pSrcDst,
@@ -203,8 +202,10 @@ zvpStatus zvpiTransformQuantInvAddPred4x4_H264_32s_C1IR(const u16* pPred, s32 pr
                                                         s32 bitDepth, const s16* pScaleLevels) {
   if (anyNull(pPred, pSrcDst, pDst)) return zvpStatusNullPointer;
   if (!isWithin(QP, 87) || bitDepth < 9 || bitDepth > 14) return zvpStatusOutOfRange;
-  addResidual(residualOf(pSrcDst, pDC, std::size_t(QP), hasAC != 0, pScaleLevels), pPred, predStep, pDst, dstStep,
-              (1 << bitDepth) - 1);
+  const auto qp = std::size_t(QP);
+  const Wide4x4 residual = hasAC != 0 ? inverseTransform(scaledBy(pSrcDst, pDC, qp, pScaleLevels))
+                                      : flatResidual(scaledDcBy(pSrcDst, pDC, qp, pScaleLevels));
+  addResidual(residual, pPred, predStep, pDst, dstStep, (1 << bitDepth) - 1);
   return zvpStatusOk;
 }
 

@@ -110,6 +110,24 @@ ZVP_INLINE void addResidual(Block4x4 residual, const u8* pred, std::ptrdiff_t pr
                                   addSaturate(widenHigh(samples), residual.rows23)));
 }
 
+// The same with the inverse transform of a scaled block. The last two rows stay in the order in which the pass leaves
+// them.
+ZVP_INLINE void addInverseTransform(Block4x4 block, const u8* pred, std::ptrdiff_t predStep, u8* dst,
+                                    std::ptrdiff_t dstStep) {
+  using namespace simd;
+  const auto t = zvp::detail::butterfly(inverseRows(block));
+  const auto rows = [&](std::ptrdiff_t first, std::ptrdiff_t second) {
+    return widenLow(as<U8<16>>(interleaveLow(loadBytes<U32<4>, 4>(pred + first * predStep),
+                                             loadBytes<U32<4>, 4>(pred + second * predStep))));
+  };
+  const auto sum = packSaturateU8(addSaturate(rows(0, 1), roundedSum<ResidualRange::Clamped>(t.ef, t.hg)),
+                                  addSaturate(rows(3, 2), roundedDifference<ResidualRange::Clamped>(t.ef, t.hg)));
+  storeBytes<4>(dst, sum);
+  storeBytes<4>(dst + dstStep, shuffle32<0x55>(sum));
+  storeBytes<4>(dst + 3 * dstStep, shuffle32<0xaa>(sum));
+  storeBytes<4>(dst + 2 * dstStep, shuffle32<0xff>(sum));
+}
+
 // ---- two 4x4 blocks side by side --------------------------------------------------------------------------------
 
 // Row i of the left block, then row i of the right one.

@@ -19,20 +19,6 @@ zvpStatus transform(const T* src, T* dst, Transform f) {
   return zvpStatusOk;
 }
 
-// All coefficients by their scales, element 0 as it comes from elsewhere if it does.
-ZVP_INLINE Block4x4 scaledBlock(Block4x4 levels, const s16* dc, std::size_t qp) {
-  const auto& byPosition = InvQuantTable_w7[qp];  // 1 in element 0, the scale of class 0 in element 2
-  const Block4x4 scales = loadBlock4x4(byPosition.data());
-  if (dc != nullptr) return withDc(scaled(levels, scales), loadAs<s16>(dc));
-  return scaled(levels, withDc(scales, byPosition[2]));
-}
-ZVP_INLINE s16 scaledDc(const s16* level, const s16* dc, std::size_t qp) {
-  return dc != nullptr ? loadAs<s16>(dc) : s16(loadAs<s16>(level) * InvQuantTable[qp][0]);
-}
-
-// The residual of a block that has a DC alone.
-ZVP_INLINE Block4x4 flatResidual(s16 dc) { return splatScale(s16((dc + 32) >> 6)); }
-
 ZVP_INLINE Block4x4 loadRowsOf4(const s16* p, std::ptrdiff_t step) {
   const auto row = [&](std::ptrdiff_t y) { return advanceBytes(p, y * step); };
   return {simd::load8x2<simd::S16<8>>(row(0), row(1)), simd::load8x2<simd::S16<8>>(row(2), row(3))};
@@ -83,14 +69,14 @@ zvpStatus zvpiDequantTransformResidual_H264_16s_C1I(s16* pSrcDst, s32 step, cons
 zvpStatus zvpiDequantTransformResidualAndAdd_H264_16s_C1I(const u8* pPred, const s16* pCoef, const s16* pDC, u8* pDst,
                                                           s32 predStep, s32 dstStep, s32 QP, s32 hasAC) {
   if (anyNull(pPred, pDst)) return zvpStatusNullPointer;
-  const bool wholeBlock = hasAC != 0 && pCoef != nullptr;
-  if (!wholeBlock && pDC == nullptr && pCoef == nullptr) return zvpStatusNullPointer;
+  if (hasAC != 0 && pCoef != nullptr) {
+    if (!isQp(QP)) return zvpStatusOutOfRange;
+    addInverseTransform(scaledBlock(loadBlock4x4(pCoef), pDC, std::size_t(QP)), pPred, predStep, pDst, dstStep);
+    return zvpStatusOk;
+  }
+  if (pDC == nullptr && pCoef == nullptr) return zvpStatusNullPointer;
   if (!isQp(QP)) return zvpStatusOutOfRange;
-  const auto qp = std::size_t(QP);
-  const Block4x4 residual = wholeBlock
-                                ? inverseTransform<ResidualRange::Clamped>(scaledBlock(loadBlock4x4(pCoef), pDC, qp))
-                                : flatResidual(scaledDc(pCoef, pDC, qp));
-  addResidual(residual, pPred, predStep, pDst, dstStep);
+  addResidual(flatResidual(scaledDc(pCoef, pDC, std::size_t(QP))), pPred, predStep, pDst, dstStep);
   return zvpStatusOk;
 }
 

@@ -249,4 +249,22 @@ ZVP_INLINE Wide4x4 withDc(Wide4x4 b, s32 dc) {
   return b;
 }
 
+// By the scales of flat matrices: all coefficients, element 0 as it comes from elsewhere if it does.
+ZVP_INLINE Block4x4 scaledBlock(Block4x4 levels, const s16* dc, std::size_t qp) {
+  const auto& byPosition = InvQuantTable_w7[qp];  // 1 in element 0, the scale of class 0 in element 2
+  const Block4x4 scales = loadBlock4x4(byPosition.data());
+  if (dc != nullptr) return withDc(scaled(levels, scales), loadAs<s16>(dc));
+  return scaled(levels, withDc(scales, byPosition[2]));
+}
+ZVP_INLINE s16 scaledDc(const s16* level, const s16* dc, std::size_t qp) {
+  return dc != nullptr ? loadAs<s16>(dc) : s16(loadAs<s16>(level) * InvQuantTable[qp][0]);
+}
+
+// The residual of a block that has a DC alone.
+ZVP_INLINE Block4x4 flatResidual(s16 dc) { return splatScale(s16((dc + 32) >> 6)); }
+ZVP_INLINE Wide4x4 flatResidual(s32 dc) {
+  const auto row = simd::splat<simd::S32<4>>(wrapAdd(dc, 32) >> 6);
+  return {{row, row, row, row}};
+}
+
 }  // namespace zvp
