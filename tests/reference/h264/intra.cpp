@@ -148,7 +148,8 @@ std::int32_t predict4x4(std::uint8_t* p, std::ptrdiff_t step, int mode, int flag
 std::int32_t predict8x8(std::uint8_t* p, std::ptrdiff_t step, int mode, int flags) {
   if (needsOf(mode) & ~flags) return zvpStatusPredictionUnavailable;
   Around<8> raw, around;
-  const bool hasTop = flags & top, hasLeft = flags & left, hasCorner = flags & corner;
+  const int uses = flags & (mode == 2 ? top | left : needsOf(mode));
+  const bool hasTop = uses & top, hasLeft = uses & left, hasCorner = flags & corner;
   if (hasTop)
     for (int x = 0; x < 16; ++x) raw.above[x] = x < 8 || (flags & topRight) ? p[x - step] : raw.above[7];
   if (hasLeft)

@@ -204,9 +204,8 @@ struct Macroblock {
     args.edgeFlags = std::uint8_t(rng.chance(3) ? 0 : rng.next());
     if (rng.chance(2)) args.edgeFlags &= 0xea;  // both sides: more modes are possible
     args.edgeFlagsBottom = std::uint8_t(rng.next());
-    args.mode = std::uint32_t(rng.chance(20)           ? rng.next()
-                              : m.kind == ChromaHalves ? 2 * rng.range(0, 1)
-                                                       : rng.range(0, 3));
+    args.mode =
+        rng.chance(20) ? rng.next() : std::uint32_t(m.kind == ChromaHalves ? 2 * rng.range(0, 1) : rng.range(0, 3));
     for (int& mode : modes) mode = rng.chance(2) && (args.edgeFlags & 5) ? 2 : rng.range(0, 8);
     if (rng.chance(30)) modes[rng.range(0, 15)] = rng.chance(2) ? -1 : 9;
     args.modes = modes;
