@@ -1,0 +1,79 @@
+// What a decoder looks like to a program, whatever the codec: stream data go in by packets, pictures come out in display
+// order, and what is wrong with the stream is thrown as a StreamError that knows the byte position.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace video {
+
+struct Ratio {
+  int num = 0, den = 0;  // 0/0: not known
+  bool known() const { return num > 0 && den > 0; }
+  bool operator==(const Ratio&) const = default;
+};
+
+// The YCbCr matrix, by the classes that players tell apart.
+enum class Matrix { Bt601, Bt709, Bt2020 };
+
+struct Format {
+  int width = 0, height = 0;            // of the displayed picture, in luma samples
+  int chromaShiftX = 1, chromaShiftY = 1;  // a chroma plane has (width + (1 << shift) - 1) >> shift samples a row
+  Ratio sampleAspect;
+  Ratio frameRate;
+  Matrix matrix = Matrix::Bt601;
+  bool fullRange = false;
+  bool operator==(const Format&) const = default;
+
+  int planeWidth(int plane) const { return plane == 0 ? width : (width + (1 << chromaShiftX) - 1) >> chromaShiftX; }
+  int planeHeight(int plane) const { return plane == 0 ? height : (height + (1 << chromaShiftY) - 1) >> chromaShiftY; }
+};
+
+// A decoded picture as the decoder lends it to the sink: the planes are valid during that call only.
+struct Picture {
+  Format format;
+  const std::uint8_t* planes[3] = {};  // Y, Cb, Cr
+  std::ptrdiff_t steps[3] = {};        // bytes from one row to the next
+};
+using PictureSink = std::function<void(const Picture&)>;
+
+struct Packet {
+  std::span<const std::uint8_t> data;
+  std::int64_t position = 0;  // where data begin in the file
+  bool wholeUnits = true;     // data end where a unit of the codec ends; false for pieces of an elementary stream
+};
+
+class StreamError : public std::runtime_error {
+ public:
+  enum class Kind { Damaged, Unsupported };
+  StreamError(Kind kind, std::int64_t position, const std::string& text)
+      : std::runtime_error(text), kind_(kind), position_(position) {}
+  Kind kind() const { return kind_; }
+  std::int64_t position() const { return position_; }  // in bytes from the start of the file
+
+ private:
+  Kind kind_;
+  std::int64_t position_;
+};
+
+class Decoder {
+ public:
+  virtual ~Decoder() = default;
+  // Parameters that a container keeps apart from the packets. Called before the first packet, if at all.
+  virtual void configure(std::span<const std::uint8_t> /*parameters*/) {}
+  // Decodes a packet and hands out the pictures that are due. After a StreamError only finish() may be called.
+  virtual void decode(const Packet& packet, const PictureSink& sink) = 0;
+  // The end of the stream: decodes what was held back and hands out the pictures that wait. After a StreamError it
+  // hands out the complete pictures and throws nothing further.
+  virtual void finish(const PictureSink& sink) = 0;
+  // What the stream's headers tell, as name and value, for people to read. Grows as headers come in.
+  virtual std::vector<std::pair<std::string, std::string>> describe() const = 0;
+};
+
+}  // namespace video

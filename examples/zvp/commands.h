@@ -1,0 +1,24 @@
+// The commands of zvp. Each returns the exit code: 0, or 1 for a broken stream or a difference.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace zvptool {
+
+struct DecodeOptions {
+  std::string input, output;
+  std::int64_t frames = 0;  // 0: all
+  bool md5 = false;
+};
+int decode(const DecodeOptions& options);
+
+struct CompareOptions {
+  std::string input;
+  std::int64_t frames = 0;
+};
+int compare(const CompareOptions& options);
+
+int info(const std::string& input);
+
+}  // namespace zvptool
