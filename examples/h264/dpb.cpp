@@ -161,8 +161,8 @@ void Dpb::store(Frame& frame, const SliceHeader& slice, const video::PictureSink
     frame.frameNum = 0;
   }
   dropUnused();
-  if (frame.reference == Reference::None && stored_.size() >= capacity_) {
-    // A picture that nothing refers to and that is due before all others need not be stored (C.4.5.2).
+  // A picture that nothing refers to needs no place once it is due before all that wait (C.4.5.2).
+  while (frame.reference == Reference::None && stored_.size() >= capacity_) {
     const bool first = std::none_of(stored_.begin(), stored_.end(), [&](const Frame* other) {
       return other->waitsForOutput && other->poc() < frame.poc();
     });
@@ -171,6 +171,8 @@ void Dpb::store(Frame& frame, const SliceHeader& slice, const video::PictureSink
       frame.inUse = false;
       return;
     }
+    outputFirst(sink);
+    dropUnused();
   }
   makeRoom(sink);
   frame.waitsForOutput = true;
