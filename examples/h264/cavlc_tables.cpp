@@ -65,8 +65,6 @@ template <std::size_t Size> std::vector<Code> numbers(const char* const (&codes)
 
 }  // namespace
 
-const std::int32_t CavlcTables::scan[16] = {0, 1, 4, 8, 5, 2, 3, 6, 9, 12, 13, 10, 7, 11, 14, 15};
-
 CavlcTables::CavlcTables() {
   storage_.reserve(64);
   const auto add = [this](const std::vector<Code>& codes) {

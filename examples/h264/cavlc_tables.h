@@ -22,7 +22,6 @@ class CavlcTables {
   const std::int32_t* runBefore[16];
   const std::int32_t* chromaDcCoeffToken;
   const std::int32_t* chromaDcTotalZeros[5];
-  static const std::int32_t scan[16];  // zig-zag
 
   static const CavlcTables& instance();
 

@@ -125,20 +125,26 @@ class RowFilter {
       chroma[plane] = frame.planes[1 + plane] + 8 * row_ * frame.steps[1] + 8 * x;
 
     Edges edges;
-    if (prepareLuma(q, left, slice, strengths.ver, edges))
+    prepareLuma(q, left, slice, strengths.ver, edges);
+    if (edges.any)
       zvpiFilterDeblockingLuma_VerEdge_H264_8u_C1IR(luma, lumaStep, edges.alpha, edges.beta, edges.tc0, edges.bS);
-    if (prepareChroma(q, left, slice, strengths.ver, edges))
-      for (std::uint8_t* plane : chroma)
-        zvpiFilterDeblockingChroma_VerEdge_H264_8u_C1IR(plane, chromaStep, edges.alpha, edges.beta, edges.tc0, edges.bS);
-    if (prepareLuma(q, top, slice, strengths.hor, edges))
+    Edges chromaEdges[2];
+    prepareChroma(q, left, slice, strengths.ver, chromaEdges);
+    for (int plane = 0; plane < 2; ++plane)
+      if (const Edges& e = chromaEdges[plane]; e.any)
+        zvpiFilterDeblockingChroma_VerEdge_H264_8u_C1IR(chroma[plane], chromaStep, e.alpha, e.beta, e.tc0, e.bS);
+    prepareLuma(q, top, slice, strengths.hor, edges);
+    if (edges.any)
       zvpiFilterDeblockingLuma_HorEdge_H264_8u_C1IR(luma, lumaStep, edges.alpha, edges.beta, edges.tc0, edges.bS);
-    if (prepareChroma(q, top, slice, strengths.hor, edges))
-      for (std::uint8_t* plane : chroma)
-        zvpiFilterDeblockingChroma_HorEdge_H264_8u_C1IR(plane, chromaStep, edges.alpha, edges.beta, edges.tc0, edges.bS);
+    prepareChroma(q, top, slice, strengths.hor, chromaEdges);
+    for (int plane = 0; plane < 2; ++plane)
+      if (const Edges& e = chromaEdges[plane]; e.any)
+        zvpiFilterDeblockingChroma_HorEdge_H264_8u_C1IR(chroma[plane], chromaStep, e.alpha, e.beta, e.tc0, e.bS);
   }
 
   // The arrays of one call.
   struct Edges {
+    bool any;  // is there anything to filter?
     std::uint8_t alpha[2], beta[2], tc0[16], bS[16];
   };
 
@@ -147,15 +153,16 @@ class RowFilter {
     if (q.intra()) {
       s.ver[0] = left ? all(4) : 0;
       s.hor[0] = top ? all(4) : 0;
-      for (int edge = 1; edge < 4; ++edge) s.ver[edge] = s.hor[edge] = all(3);
+      for (int edge = 1; edge < 4; ++edge) s.ver[edge] = s.hor[edge] = q.transform8x8 && edge != 2 ? 0 : all(3);
       return true;
     }
     const Side qSide = side(mb);
     const unsigned coded = q.coded;
     const unsigned codedVer = coded | coded << 1, codedHor = coded | coded << 4;
     for (int edge = 1; edge < 4; ++edge) {
-      s.ver[edge] = 2 * fromColumn(codedVer >> edge);
-      s.hor[edge] = 2 * fromRow(codedHor >> (4 * edge));
+      const bool inside8x8 = q.transform8x8 && edge != 2;
+      s.ver[edge] = inside8x8 ? 0 : 2 * fromColumn(codedVer >> edge);
+      s.hor[edge] = inside8x8 ? 0 : 2 * fromRow(codedHor >> (4 * edge));
     }
     switch (q.shape) {
       case MbShape::Whole: break;
@@ -184,15 +191,16 @@ class RowFilter {
     return (s.ver[0] | s.ver[1] | s.ver[2] | s.ver[3] | s.hor[0] | s.hor[1] | s.hor[2] | s.hor[3]) != 0;
   }
 
-  static bool prepareLuma(const MbInfo& q, const MbInfo* p, const SliceInfo& slice, const EdgeStrengths (&strengths)[4],
-                          Edges& edges) {
-    const Thresholds inner = thresholds(q.qp, slice);
-    const Thresholds outer = p ? thresholds((p->qp + q.qp + 1) >> 1, slice) : inner;
+  // Fills in count edges of which every spacing-th of the strengths is one. outer and inner: the QPs of edge 0 and of
+  // the others.
+  static void prepare(int outerQp, int innerQp, const SliceInfo& slice, const EdgeStrengths (&strengths)[4], int count,
+                      int spacing, Edges& edges) {
+    const Thresholds outer = thresholds(outerQp, slice), inner = thresholds(innerQp, slice);
     EdgeStrengths any = 0;
-    for (int edge = 0; edge < 4; ++edge) {
+    for (int edge = 0; edge < count; ++edge) {
       const Thresholds& t = edge == 0 ? outer : inner;
-      const EdgeStrengths s = t.off() ? 0 : strengths[edge];
-      std::memcpy(edges.bS + 4 * edge, &s, 4);
+      const EdgeStrengths s = t.off() ? 0 : strengths[spacing * edge];
+      std::memcpy(edges.bS + 4 * spacing * edge, &s, 4);
       any |= s;
       const std::uint8_t* tc0 = tc0Table[t.alphaIndex];
       for (int group = 0; group < 4; ++group) edges.tc0[4 * edge + group] = tc0[s >> (8 * group) & 7];
@@ -201,28 +209,25 @@ class RowFilter {
     edges.alpha[1] = inner.alpha;
     edges.beta[0] = outer.beta;
     edges.beta[1] = inner.beta;
-    return any != 0;
+    edges.any = any != 0;
   }
 
-  // Chroma has edges 0 and 2 only; their strengths are those of luma.
-  static bool prepareChroma(const MbInfo& q, const MbInfo* p, const SliceInfo& slice,
-                            const EdgeStrengths (&strengths)[4], Edges& edges) {
-    const Thresholds inner = thresholds(q.chromaQp, slice);
-    const Thresholds outer = p ? thresholds((p->chromaQp + q.chromaQp + 1) >> 1, slice) : inner;
-    EdgeStrengths any = 0;
-    for (int edge = 0; edge < 2; ++edge) {
-      const Thresholds& t = edge == 0 ? outer : inner;
-      const EdgeStrengths s = t.off() ? 0 : strengths[2 * edge];
-      std::memcpy(edges.bS + 8 * edge, &s, 4);
-      any |= s;
-      const std::uint8_t* tc0 = tc0Table[t.alphaIndex];
-      for (int group = 0; group < 4; ++group) edges.tc0[4 * edge + group] = tc0[s >> (8 * group) & 7];
+  static void prepareLuma(const MbInfo& q, const MbInfo* p, const SliceInfo& slice, const EdgeStrengths (&strengths)[4],
+                          Edges& edges) {
+    prepare(p ? (p->qp + q.qp + 1) >> 1 : q.qp, q.qp, slice, strengths, 4, 1, edges);
+  }
+
+  // Chroma has edges 0 and 2 of luma; Cb and Cr differ where their QPs do.
+  static void prepareChroma(const MbInfo& q, const MbInfo* p, const SliceInfo& slice,
+                            const EdgeStrengths (&strengths)[4], Edges (&edges)[2]) {
+    for (int plane = 0; plane < 2; ++plane) {
+      if (plane == 1 && q.chromaQp[0] == q.chromaQp[1] && (!p || p->chromaQp[0] == p->chromaQp[1])) {
+        edges[1] = edges[0];
+        return;
+      }
+      const int inner = q.chromaQp[plane];
+      prepare(p ? (p->chromaQp[plane] + inner + 1) >> 1 : inner, inner, slice, strengths, 2, 2, edges[plane]);
     }
-    edges.alpha[0] = outer.alpha;
-    edges.alpha[1] = inner.alpha;
-    edges.beta[0] = outer.beta;
-    edges.beta[1] = inner.beta;
-    return any != 0;
   }
 
   const PictureState& picture_;

@@ -68,6 +68,8 @@ class StreamDecoder final : public video::Decoder {
   SliceHeader first_;       // the first slice of it
   SliceHeader last_;        // the last one
   PictureParameters pps_;   // of the current slice
+  LevelScales scales_;
+  bool haveScales_ = false;
   SliceDecoder slices_;
   RefLists lists_;
   std::vector<std::uint8_t> groupMap_;
@@ -205,11 +207,15 @@ void StreamDecoder::slice(const PictureSink& sink) {
     }
     beginPicture(header, sink);
   }
-  if (pps_ != *pps || !mappedGroups_) pps_ = *pps;
+  if (!haveScales_ || pps_ != *pps) {
+    pps_ = *pps;
+    scales_ = makeLevelScales(active_->scaling, pps_.scaling);
+    haveScales_ = true;
+  }
   makeGroupMap(header, pps_);
   if (!makeRefLists(header, *active_, dpb_.stored(), frame_->poc(), lists_))
     nal_.damaged(at, "reference list modification names a picture that is not there");
-  slices_.decode(nal_, header, pps_, lists_, pps_.groups.count > 1 ? &groupMap_ : nullptr, picture_);
+  slices_.decode(nal_, header, pps_, lists_, scales_, pps_.groups.count > 1 ? &groupMap_ : nullptr, picture_);
   last_ = header;
 
   // Rows are filtered as soon as the row below has been decoded: then nothing looks at them unfiltered any more.
@@ -223,6 +229,7 @@ void StreamDecoder::slice(const PictureSink& sink) {
 void StreamDecoder::activate(const SequenceParameters& sps, const PictureSink& sink) {
   dpb_.flush(sink);
   active_ = sps;
+  haveScales_ = false;
   dpb_.configure(sps);
 }
 

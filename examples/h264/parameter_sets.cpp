@@ -27,15 +27,6 @@ bool intraOnly(const SequenceParameters& sps) {
   return (sps.constraints & 0x10) && highSyntax(sps.profile) && sps.profile != 118 && sps.profile != 128;
 }
 
-// Passes over scaling_list().
-void skipScalingList(BitReader& in, int size) {
-  std::int64_t last = 8, next = 8;
-  for (int i = 0; i < size; ++i) {
-    if (next != 0) next = (last + in.se() + 256) & 255;
-    if (next != 0) last = next;
-  }
-}
-
 void parseHrd(const Nal& nal, BitReader& in) {
   const std::uint32_t count = in.ue();
   if (count > 31) nal.damaged(in, "cpb_cnt_minus1 is out of range");
@@ -122,10 +113,7 @@ SequenceParameters parseSequenceParameters(const Nal& nal) {
     sps.bitDepthLuma = 8 + depthLuma;
     sps.bitDepthChroma = 8 + depthChroma;
     sps.losslessBypass = in.flag();
-    sps.scalingMatrix = in.flag();
-    if (sps.scalingMatrix)
-      for (int i = 0; i < (sps.chromaFormat == 3 ? 12 : 8); ++i)
-        if (in.flag()) skipScalingList(in, i < 6 ? 16 : 64);
+    if (in.flag()) sps.scaling = parseScalingLists(in, sps.chromaFormat == 3 ? 12 : 8);
   }
   const std::uint32_t frameNum = in.ue();
   if (frameNum > 12) nal.damaged(in, "log2_max_frame_num_minus4 is out of range");
@@ -241,12 +229,10 @@ PictureParameters parsePictureParameters(const Nal& nal, const SequenceParameter
   pps.redundantPictures = in.flag();
   if (!in.atEnd()) {
     pps.transform8x8 = in.flag();
-    pps.scalingMatrix = in.flag();
-    if (pps.scalingMatrix) {
+    if (in.flag()) {
       const SequenceParameters* sps = sequences[pps.sequenceId];
       const int lists8x8 = !pps.transform8x8 ? 0 : sps && sps->chromaFormat == 3 ? 6 : 2;
-      for (int i = 0; i < 6 + lists8x8; ++i)
-        if (in.flag()) skipScalingList(in, i < 6 ? 16 : 64);
+      pps.scaling = parseScalingLists(in, 6 + lists8x8);
     }
     pps.chromaQpOffset[1] = in.se();
     if (pps.chromaQpOffset[1] < -12 || pps.chromaQpOffset[1] > 12)
@@ -306,15 +292,11 @@ std::string SequenceParameters::unsupported() const {
     return "a bit depth of " + std::to_string(std::max(bitDepthLuma, bitDepthChroma));
   if (!frameMbsOnly) return mbaff ? "interlaced coding (MBAFF)" : "interlaced coding";
   if (losslessBypass) return "lossless transform bypass";
-  if (scalingMatrix) return "scaling matrices";
   return {};
 }
 
 std::string PictureParameters::unsupported() const {
   if (cabac) return "CABAC entropy coding";
-  if (transform8x8) return "the 8x8 transform";
-  if (scalingMatrix) return "scaling matrices";
-  if (chromaQpOffset[0] != chromaQpOffset[1]) return "different QP offsets of Cb and Cr";
   return {};
 }
 

@@ -8,6 +8,7 @@
 
 #include "common/decoder.h"
 #include "h264/nal.h"
+#include "h264/scaling.h"
 
 namespace h264 {
 
@@ -19,7 +20,7 @@ struct SequenceParameters {
   unsigned chromaFormat = 1;
   unsigned bitDepthLuma = 8, bitDepthChroma = 8;
   bool losslessBypass = false;
-  bool scalingMatrix = false;
+  ScalingLists scaling;
   unsigned frameNumBits = 4;  // log2_max_frame_num
   unsigned pocType = 0;
   unsigned pocLsbBits = 4;
@@ -84,7 +85,7 @@ struct PictureParameters {
   bool constrainedIntra = false;
   bool redundantPictures = false;
   bool transform8x8 = false;
-  bool scalingMatrix = false;
+  ScalingLists scaling;
   std::string unsupported() const;
   bool operator==(const PictureParameters&) const = default;
 };

@@ -9,7 +9,7 @@
 
 namespace h264 {
 
-enum class MbKind : std::uint8_t { Intra4x4, Intra16x16, Pcm, Inter };
+enum class MbKind : std::uint8_t { Intra4x4, Intra8x8, Intra16x16, Pcm, Inter };
 
 // How finely the motion of an inter macroblock is divided. Deblocking looks no closer.
 enum class MbShape : std::uint8_t { Whole, Rows, Columns, Quarters, Blocks };  // 16x16, 16x8, 8x16, 8x8, smaller
@@ -20,9 +20,10 @@ struct alignas(64) MbInfo {
   MbKind kind = MbKind::Inter;
   MbShape shape = MbShape::Whole;
   std::uint8_t qp = 0;
-  std::uint8_t chromaQp = 0;
-  std::uint16_t coded = 0;        // bit i: luma block i has coefficients
-  std::int8_t modesRight[4] = {};   // Intra4x4PredMode of the right column and of the bottom row
+  std::uint8_t chromaQp[2] = {};    // of Cb and Cr
+  bool transform8x8 = false;
+  std::uint16_t coded = 0;          // bit i: luma block i, or the 8x8 block that it is part of, has coefficients
+  std::int8_t modesRight[4] = {};   // Intra4x4PredMode or Intra8x8PredMode of the right column and the bottom row
   std::int8_t modesBottom[4] = {};
   alignas(8) std::uint8_t counts[24] = {};  // total_coeff of 16 luma, 4 Cb and 4 Cr blocks
 

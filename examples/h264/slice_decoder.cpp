@@ -62,8 +62,11 @@ constexpr SubType pSubTypes[4] = {{L0, 2, 2}, {L0, 2, 1}, {L0, 1, 2}, {L0, 1, 1}
 constexpr SubType bSubTypes[13] = {{0, 0, 0},  {L0, 2, 2}, {L1, 2, 2}, {Bi, 2, 2}, {L0, 2, 1}, {L0, 1, 2}, {L1, 2, 1},
                                    {L1, 1, 2}, {Bi, 2, 1}, {Bi, 1, 2}, {L0, 1, 1}, {L1, 1, 1}, {Bi, 1, 1}};
 
-constexpr unsigned lumaAcBits = 0x1FFFE;  // of the library's coded-block pattern
-constexpr unsigned chromaBits = 0x7FE0000;
+constexpr std::int32_t scan4x4[16] = {0, 1, 4, 8, 5, 2, 3, 6, 9, 12, 13, 10, 7, 11, 14, 15};
+constexpr std::int32_t scanAsCoded[16] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
+
+// Bits of Cb and of Cr in the library's coded-block pattern.
+constexpr std::uint32_t planeBits[2] = {1u << 17 | 0xFu << 19, 1u << 18 | 0xFu << 23};
 
 }  // namespace
 
@@ -83,11 +86,13 @@ void SliceDecoder::damaged(const char* text) const {
 }
 
 void SliceDecoder::decode(const Nal& nal, const SliceHeader& slice, const PictureParameters& pps, const RefLists& lists,
-                          const std::vector<std::uint8_t>* groups, PictureState& picture) {
+                          const LevelScales& scales, const std::vector<std::uint8_t>* groups, PictureState& picture) {
   nal_ = &nal;
   slice_ = &slice;
   pps_ = &pps;
   lists_ = &lists;
+  scales_ = &scales;
+  splitChroma_ = pps.chromaQpOffset[0] != pps.chromaQpOffset[1];
   groups_ = groups;
   picture_ = &picture;
   sliceNumber_ = std::int32_t(picture.slices.size());
@@ -192,10 +197,9 @@ void SliceDecoder::requireRef(int list, int ref) const {
 
 void SliceDecoder::skipped() {
   info_->kind = MbKind::Inter;
-  info_->qp = std::uint8_t(qp_);
-  info_->chromaQp = std::uint8_t(chromaQp(qp_, pps_->chromaQpOffset[0]));
-  info_->coded = 0;
-  std::memset(info_->counts, 0, sizeof info_->counts);
+  info_->transform8x8 = false;
+  setQp(qp_);
+  noResidual();
   InterMb mb;
   if (slice_->type == SliceType::P) {
     requireRef(0, 0);
@@ -218,11 +222,10 @@ void SliceDecoder::direct16x16() {
   if (code > 47) damaged("coded_block_pattern is out of range");
   const unsigned cbp = cbpInter[code];
   if (cbp == 0) return;
+  if ((cbp & 15) && pps_->transform8x8 && picture_->sps->direct8x8Inference) info_->transform8x8 = in_.flag();
   readQpDelta();
-  const std::uint32_t blocks = readResidual(cbp, false);
-  std::int16_t* cursor = buffer_;
-  zvpiReconstructLumaInterMB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, blocks, unsigned(qp_));
-  zvpiReconstructChromaInterMB_H264_16s8u_P2R(&cursor, chroma_[0], chroma_[1], chromaStep_, blocks, info_->chromaQp);
+  readResidual(cbp, false);
+  reconstructInter();
 }
 
 void SliceDecoder::inter(unsigned type) {
@@ -243,6 +246,7 @@ void SliceDecoder::inter(unsigned type) {
     std::memset(mb.lists, L0, 4);
   }
   info_->kind = MbKind::Inter;
+  info_->transform8x8 = false;
   readRefs(mb);
 
   if (mb.shape == MbShape::Whole) {
@@ -271,21 +275,26 @@ void SliceDecoder::inter(unsigned type) {
   const std::uint32_t code = in_.ue();
   if (code > 47) damaged("coded_block_pattern is out of range");
   const unsigned cbp = cbpInter[code];
-  std::uint32_t blocks = 0;
-  if (cbp != 0) {
-    readQpDelta();
-    blocks = readResidual(cbp, false);
-  } else {
-    info_->coded = 0;
-    std::memset(info_->counts, 0, sizeof info_->counts);
+  if (cbp == 0) {
+    setQp(qp_);
+    noResidual();
+    return;
   }
-  info_->qp = std::uint8_t(qp_);
-  info_->chromaQp = std::uint8_t(chromaQp(qp_, pps_->chromaQpOffset[0]));
-  if (blocks == 0) return;
-  std::int16_t* cursor = buffer_;
-  if (blocks & lumaAcBits) zvpiReconstructLumaInterMB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, blocks, unsigned(qp_));
-  if (blocks & chromaBits)
-    zvpiReconstructChromaInterMB_H264_16s8u_P2R(&cursor, chroma_[0], chroma_[1], chromaStep_, blocks, info_->chromaQp);
+  if ((cbp & 15) && pps_->transform8x8 && mayUse8x8(mb)) info_->transform8x8 = in_.flag();
+  readQpDelta();
+  readResidual(cbp, false);
+  reconstructInter();
+}
+
+// May transform_size_8x8_flag follow? Not with parts smaller than 8x8.
+bool SliceDecoder::mayUse8x8(const InterMb& mb) const {
+  if (mb.shape != MbShape::Quarters) return true;
+  for (int quarter = 0; quarter < 4; ++quarter) {
+    const bool whole = mb.direct >> quarter & 1 ? picture_->sps->direct8x8Inference
+                                                : mb.sub[quarter].width == 2 && mb.sub[quarter].height == 2;
+    if (!whole) return false;
+  }
+  return true;
 }
 
 void SliceDecoder::readSubTypes(InterMb& mb) {
@@ -409,15 +418,17 @@ unsigned SliceDecoder::intraEdges() const {
 
 void SliceDecoder::intra(unsigned type) {
   motion_.storeIntra();
+  info_->transform8x8 = false;
   if (type == 25) return pcm();
   const unsigned edges = intraEdges();
-  const std::uint8_t cornerEdges = std::uint8_t(edges & 21);
   std::int32_t modes[16];
   if (type == 0) {
-    info_->kind = MbKind::Intra4x4;
+    info_->transform8x8 = pps_->transform8x8 && in_.flag();
+    info_->kind = info_->transform8x8 ? MbKind::Intra8x8 : MbKind::Intra4x4;
     readIntraModes(modes);
   } else {
     info_->kind = MbKind::Intra16x16;
+    modes[0] = std::int32_t(type - 1) & 3;
   }
   const std::uint32_t chromaMode = in_.ue();
   if (chromaMode > 3) damaged("intra_chroma_pred_mode is out of range");
@@ -429,37 +440,20 @@ void SliceDecoder::intra(unsigned type) {
   } else {
     cbp = (type - 1) / 4 % 3 * 16 + (type >= 13 ? 15 : 0);
   }
-  std::uint32_t blocks = 0;
   if (cbp != 0 || type != 0) {
     readQpDelta();
-    blocks = readResidual(cbp, type != 0);
+    readResidual(cbp, type != 0);
   } else {
-    info_->coded = 0;
-    std::memset(info_->counts, 0, sizeof info_->counts);
+    setQp(qp_);
+    noResidual();
   }
-  info_->qp = std::uint8_t(qp_);
-  info_->chromaQp = std::uint8_t(chromaQp(qp_, pps_->chromaQpOffset[0]));
-
-  std::int16_t* cursor = buffer_;
-  zvpStatus status;
-  if (type == 0) {
-    const std::uint8_t topRightEdges = std::uint8_t((edges & 5) | (edges & 32) >> 1);
-    status = zvpiReconstructLumaIntraMB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, modes, blocks, unsigned(qp_),
-                                                       topRightEdges);
-  } else {
-    status = zvpiReconstructLumaIntra16x16MB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, (type - 1) & 3, blocks,
-                                                            unsigned(qp_), cornerEdges);
-  }
-  if (status < 0) damaged("intra prediction from samples that are not there");
-  status = zvpiReconstructChromaIntraMB_H264_16s8u_P2R(&cursor, chroma_[0], chroma_[1], chromaStep_, chromaMode, blocks,
-                                                       info_->chromaQp, cornerEdges);
-  if (status < 0) damaged("intra chroma prediction from samples that are not there");
+  reconstructIntraLuma(modes, edges);
+  reconstructChroma(true, chromaMode, edges);
 }
 
 void SliceDecoder::pcm() {
   info_->kind = MbKind::Pcm;
-  info_->qp = 0;
-  info_->chromaQp = std::uint8_t(chromaQp(0, pps_->chromaQpOffset[0]));
+  setQp(0);
   info_->coded = 0xFFFF;
   std::memset(info_->counts, 16, sizeof info_->counts);
   in_.seek((in_.position() + 7) & ~7u);
@@ -481,27 +475,28 @@ void SliceDecoder::readIntraModes(std::int32_t (&modes)[16]) {
     for (int i = 0; i < 4; ++i) {
       std::int8_t mode = dc;
       if (!mb || (!mb->intra() && pps_->constrainedIntra)) mode = -1;
-      else if (mb->kind == MbKind::Intra4x4) mode = modesOf[i];
+      else if (mb->kind == MbKind::Intra4x4 || mb->kind == MbKind::Intra8x8) mode = modesOf[i];
       grid[first + i * step] = mode;
     }
   };
   column(near_.a, near_.a ? near_.a->modesRight : nullptr, 8, 8);
   column(near_.b, near_.b ? near_.b->modesBottom : nullptr, 1, 1);
-  for (int block = 0; block < 16; ++block) {
+  const int size = info_->transform8x8 ? 2 : 1;  // of a block, in 4x4 blocks
+  for (int block = 0; block < 16; block += size * size) {
     const int raster = rasterOf[block];
     std::int8_t* here = grid + 8 * (raster >> 2) + 8 + (raster & 3) + 1;
-    int predicted = std::min(here[-1], here[-8]);
-    if (predicted < 0) predicted = dc;
+    int mode = std::min(here[-1], here[-8]);
+    if (mode < 0) mode = dc;
     const std::uint32_t ahead = in_.peek();
     if (ahead >> 31) {
       in_.skip(1);
     } else {
       const int coded = int(ahead >> 28);
       in_.skip(4);
-      predicted = coded < predicted ? coded : coded + 1;
+      mode = coded < mode ? coded : coded + 1;
     }
-    *here = std::int8_t(predicted);
-    modes[block] = predicted;
+    for (int y = 0; y < size; ++y) std::memset(here + 8 * y, mode, std::size_t(size));
+    modes[block / (size * size)] = mode;
   }
   for (int i = 0; i < 4; ++i) {
     info_->modesRight[i] = grid[8 * i + 8 + 4];
@@ -511,12 +506,23 @@ void SliceDecoder::readIntraModes(std::int32_t (&modes)[16]) {
 
 // ---- Residual
 
+void SliceDecoder::setQp(int qp) {
+  info_->qp = std::uint8_t(qp);
+  for (int plane = 0; plane < 2; ++plane)
+    info_->chromaQp[plane] = std::uint8_t(chromaQp(qp, pps_->chromaQpOffset[plane]));
+}
+
 void SliceDecoder::readQpDelta() {
   const std::int32_t delta = in_.se();
   if (delta < -26 || delta > 25) damaged("mb_qp_delta is out of range");
   qp_ = (qp_ + delta + 52) % 52;
-  info_->qp = std::uint8_t(qp_);
-  info_->chromaQp = std::uint8_t(chromaQp(qp_, pps_->chromaQpOffset[0]));
+  setQp(qp_);
+}
+
+void SliceDecoder::noResidual() {
+  lumaBlocks_ = chromaBlocks_ = 0;
+  info_->coded = 0;
+  std::memset(info_->counts, 0, sizeof info_->counts);
 }
 
 void SliceDecoder::loadCounts() {
@@ -550,7 +556,8 @@ void SliceDecoder::storeCounts() {
       std::memcpy(info_->counts + 16 + 4 * plane + 2 * y, &counts_[chromaCount(plane, 0, y)], 2);
 }
 
-int SliceDecoder::readBlock(const std::uint8_t* count, std::int16_t maxCoefficients) {
+int SliceDecoder::readBlock(const std::uint8_t* count, std::int16_t maxCoefficients, const std::int32_t* scan,
+                            std::int16_t*& to) {
   if (in_.overrun()) damaged("slice data end early");
   // nC (9.2.1): the mean of the neighbours' counts, or the one that there is.
   const unsigned sum = unsigned(count[-1]) + count[-8];
@@ -559,61 +566,151 @@ int SliceDecoder::readBlock(const std::uint8_t* count, std::int16_t maxCoefficie
   const std::uint32_t* word = in_.word();
   std::int32_t offset = in_.offset();
   std::int16_t total = 0;
-  const zvpStatus status = zvpiDecodeCAVLCCoeffs_H264_1u16s(&word, &offset, &total, &coefficients_, context,
-                                                            maxCoefficients, set.coeffToken, set.totalZeros,
-                                                            tables_.runBefore, CavlcTables::scan);
+  const zvpStatus status = zvpiDecodeCAVLCCoeffs_H264_1u16s(&word, &offset, &total, &to, context, maxCoefficients,
+                                                            set.coeffToken, set.totalZeros, tables_.runBefore, scan);
   in_.setCursor(word, offset);
   if (status != zvpStatusOk || total > maxCoefficients) damaged("illegal code among the coefficients");
   return total;
 }
 
-int SliceDecoder::readChromaDc() {
+int SliceDecoder::readChromaDc(std::int16_t*& to) {
   if (in_.overrun()) damaged("slice data end early");
   const std::uint32_t* word = in_.word();
   std::int32_t offset = in_.offset();
   std::int16_t total = 0;
-  const zvpStatus status =
-      zvpiDecodeCAVLCChromaDcCoeffs_H264_1u16s(&word, &offset, &total, &coefficients_, tables_.chromaDcCoeffToken,
-                                               tables_.chromaDcTotalZeros, tables_.runBefore);
+  const zvpStatus status = zvpiDecodeCAVLCChromaDcCoeffs_H264_1u16s(
+      &word, &offset, &total, &to, tables_.chromaDcCoeffToken, tables_.chromaDcTotalZeros, tables_.runBefore);
   in_.setCursor(word, offset);
   if (status != zvpStatusOk) damaged("illegal code among the coefficients");
   return total;
 }
 
-std::uint32_t SliceDecoder::readResidual(unsigned cbp, bool intra16x16) {
-  coefficients_ = buffer_;
+void SliceDecoder::readResidual(unsigned cbp, bool intra16x16) {
   loadCounts();
-  std::uint32_t blocks = 0;
-  if (intra16x16 && readBlock(&counts_[lumaCount(0, 0)], 16) > 0) blocks |= 1;
+  lumaBlocks_ = chromaBlocks_ = 0;
+  std::int16_t* luma = lumaCoefficients_;
+  if (intra16x16 && readBlock(&counts_[lumaCount(0, 0)], 16, scan4x4, luma) > 0) lumaBlocks_ |= 1;
   const std::int16_t most = intra16x16 ? 15 : 16;
   unsigned coded = 0;
   for (int quarter = 0; quarter < 4; ++quarter) {
     if (!(cbp >> quarter & 1)) continue;
-    for (int block = 4 * quarter; block < 4 * quarter + 4; ++block) {
-      const int raster = rasterOf[block];
+    std::int16_t* const block8x8 = luma;
+    std::int16_t interleaved[16];
+    bool any = false;
+    if (info_->transform8x8) std::memset(block8x8, 0, 64 * sizeof *block8x8);
+    for (int part = 0; part < 4; ++part) {
+      const int block = 4 * quarter + part, raster = rasterOf[block];
       std::uint8_t* count = &counts_[lumaCount(raster & 3, raster >> 2)];
-      const int total = readBlock(count, most);
-      *count = std::uint8_t(total);
-      if (total > 0) {
-        blocks |= 2u << block;
-        coded |= 1u << raster;
+      if (!info_->transform8x8) {
+        const int total = readBlock(count, most, scan4x4, luma);
+        *count = std::uint8_t(total);
+        if (total > 0) {
+          lumaBlocks_ |= 2u << block;
+          coded |= 1u << raster;
+        }
+        continue;
       }
+      // Coefficient k of the part is coefficient 4k + part of the 8x8 block.
+      std::int16_t* to = interleaved;
+      const int total = readBlock(count, 16, scanAsCoded, to);
+      *count = std::uint8_t(total);
+      if (total == 0) continue;
+      any = true;
+      for (int k = 0; k < 16; ++k) block8x8[zigzag8x8[4 * k + part]] = interleaved[k];
+    }
+    if (any) {
+      luma += 64;
+      lumaBlocks_ |= 1u << quarter;
+      coded |= 0x33u << (8 * (quarter >> 1) + 2 * (quarter & 1));
     }
   }
   info_->coded = std::uint16_t(coded);
+
+  std::int16_t* chroma[2] = {chromaCoefficients_[0], chromaCoefficients_[1]};
   if (cbp & 48)
     for (int plane = 0; plane < 2; ++plane)
-      if (readChromaDc() > 0) blocks |= 1u << (17 + plane);
+      if (readChromaDc(chroma[splitChroma_ ? plane : 0]) > 0) chromaBlocks_ |= 1u << (17 + plane);
   if (cbp & 32)
     for (int plane = 0; plane < 2; ++plane)
       for (int block = 0; block < 4; ++block) {
         std::uint8_t* count = &counts_[chromaCount(plane, block & 1, block >> 1)];
-        const int total = readBlock(count, 15);
+        const int total = readBlock(count, 15, scan4x4, chroma[splitChroma_ ? plane : 0]);
         *count = std::uint8_t(total);
-        if (total > 0) blocks |= 1u << (19 + 4 * plane + block);
+        if (total > 0) chromaBlocks_ |= 1u << (19 + 4 * plane + block);
       }
   storeCounts();
-  return blocks;
+}
+
+// ---- Reconstruction
+
+void SliceDecoder::reconstructInter() {
+  if (lumaBlocks_) {
+    std::int16_t* cursor = lumaCoefficients_;
+    const std::uint32_t qp = info_->qp;
+    if (info_->transform8x8)
+      zvpiReconstructLumaInter8x8MB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, lumaBlocks_, qp,
+                                                   scales_->scale8x8[1][qp % 6], 0);
+    else if (scales_->flat)
+      zvpiReconstructLumaInterMB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, lumaBlocks_, qp);
+    else
+      zvpiReconstructLumaInter4x4MB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, lumaBlocks_, qp,
+                                                   scales_->scale4x4[3][qp % 6], 0);
+  }
+  if (chromaBlocks_) reconstructChroma(false, 0, 0);
+}
+
+void SliceDecoder::reconstructIntraLuma(const std::int32_t (&modes)[16], unsigned edges) {
+  std::int16_t* cursor = lumaCoefficients_;
+  const std::uint32_t qp = info_->qp;
+  const std::int16_t* scale = scales_->scale4x4[0][qp % 6];
+  // The library's flag of the corner is that of the macroblock above left for 16x16, above right for the others.
+  const std::uint8_t corner = std::uint8_t(edges & 21), right = std::uint8_t((edges & 5) | (edges & 32) >> 1);
+  zvpStatus status;
+  switch (info_->kind) {
+    case MbKind::Intra16x16:
+      status = scales_->flat ? zvpiReconstructLumaIntra16x16MB_H264_16s8u_C1R(
+                                   &cursor, luma_, lumaStep_, std::uint32_t(modes[0]), lumaBlocks_, qp, corner)
+                             : zvpiReconstructLumaIntra_16x16MB_H264_16s8u_C1R(&cursor, luma_, lumaStep_,
+                                                                               std::uint32_t(modes[0]), lumaBlocks_, qp,
+                                                                               corner, scale, 0);
+      break;
+    case MbKind::Intra4x4:
+      status = scales_->flat ? zvpiReconstructLumaIntraMB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, modes, lumaBlocks_,
+                                                                         qp, right)
+                             : zvpiReconstructLumaIntra4x4MB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, modes,
+                                                                            lumaBlocks_, qp, right, scale);
+      break;
+    default:
+      status = zvpiReconstructLumaIntra8x8MB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, modes, lumaBlocks_, qp, right,
+                                                            scales_->scale8x8[0][qp % 6]);
+      break;
+  }
+  if (status < 0) damaged("intra prediction from samples that are not there");
+}
+
+// One call for both planes where their QPs are equal. Otherwise one for Cb, which for an intra macroblock predicts both
+// planes, and one that adds the residual of Cr.
+void SliceDecoder::reconstructChroma(bool intra, unsigned mode, unsigned edges) {
+  const std::uint8_t corner = std::uint8_t(edges & 21);
+  for (int part = 0; part < (splitChroma_ ? 2 : 1); ++part) {
+    std::int16_t* cursor = chromaCoefficients_[part];
+    const std::uint32_t qp = info_->chromaQp[part];
+    const std::uint32_t blocks = splitChroma_ ? chromaBlocks_ & planeBits[part] : chromaBlocks_;
+    const auto scale = [&](int plane) { return scales_->scale4x4[(intra ? 1 : 4) + plane][qp % 6]; };
+    zvpStatus status = zvpStatusOk;
+    if (intra && part == 0)
+      status = scales_->flat ? zvpiReconstructChromaIntraMB_H264_16s8u_P2R(&cursor, chroma_[0], chroma_[1], chromaStep_,
+                                                                           mode, blocks, qp, corner)
+                             : zvpiReconstructChromaIntra4x4MB_H264_16s8u_P2R(&cursor, chroma_[0], chroma_[1],
+                                                                              chromaStep_, mode, blocks, qp, corner,
+                                                                              scale(0), scale(1), 0);
+    else if (scales_->flat)
+      zvpiReconstructChromaInterMB_H264_16s8u_P2R(&cursor, chroma_[0], chroma_[1], chromaStep_, blocks, qp);
+    else
+      zvpiReconstructChromaInter4x4MB_H264_16s8u_P2R(&cursor, chroma_[0], chroma_[1], chromaStep_, blocks, qp, scale(0),
+                                                     scale(1), 0);
+    if (status < 0) damaged("intra chroma prediction from samples that are not there");
+  }
 }
 
 }  // namespace h264

@@ -10,6 +10,7 @@
 #include "h264/inter_prediction.h"
 #include "h264/motion.h"
 #include "h264/picture_state.h"
+#include "h264/scaling.h"
 
 namespace h264 {
 
@@ -18,7 +19,7 @@ class SliceDecoder {
   // Decodes the slice that the NAL unit holds into the picture. The group map has an entry for each macroblock, or is
   // null where there is one slice group. Throws StreamError.
   void decode(const Nal& nal, const SliceHeader& slice, const PictureParameters& pps, const RefLists& lists,
-              const std::vector<std::uint8_t>* groups, PictureState& picture);
+              const LevelScales& scales, const std::vector<std::uint8_t>* groups, PictureState& picture);
 
  private:
   struct InterMb;
@@ -43,22 +44,30 @@ class SliceDecoder {
   void requireRef(int list, int ref) const;
 
   void readIntraModes(std::int32_t (&modes)[16]);
+  void setQp(int qp);
   void readQpDelta();
   unsigned intraEdges() const;  // neighbours that intra prediction may not use, as the library takes them
   void predictInter(const InterMb& mb);
+  bool mayUse8x8(const InterMb& mb) const;
 
-  // Coefficients in coded order; the result is the library's coded-block pattern.
-  std::uint32_t readResidual(unsigned cbp, bool intra16x16);
-  int readBlock(const std::uint8_t* count, std::int16_t maxCoefficients);
-  int readChromaDc();
+  // Reads the coefficients and sets the blocks that have some.
+  void readResidual(unsigned cbp, bool intra16x16);
+  void noResidual();
+  int readBlock(const std::uint8_t* count, std::int16_t maxCoefficients, const std::int32_t* scan, std::int16_t*& to);
+  int readChromaDc(std::int16_t*& to);
   void loadCounts();
   void storeCounts();
+
+  void reconstructInter();
+  void reconstructIntraLuma(const std::int32_t (&modes)[16], unsigned edges);
+  void reconstructChroma(bool intra, unsigned mode, unsigned edges);
 
   // The slice.
   const Nal* nal_ = nullptr;
   const SliceHeader* slice_ = nullptr;
   const PictureParameters* pps_ = nullptr;
   const RefLists* lists_ = nullptr;
+  const LevelScales* scales_ = nullptr;
   const std::vector<std::uint8_t>* groups_ = nullptr;
   PictureState* picture_ = nullptr;
   std::int32_t sliceNumber_ = 0;
@@ -85,8 +94,12 @@ class SliceDecoder {
   static constexpr std::uint8_t noCount = 64;
   alignas(16) std::uint8_t counts_[40 + 2 * 24];
 
-  std::int16_t* coefficients_ = nullptr;  // end of what has been read
-  alignas(64) std::int16_t buffer_[16 + 16 * 16 + 2 * 4 + 8 * 16];
+  // Which blocks have coefficients, as the library's coded-block pattern has it; with the 8x8 transform luma is its
+  // bits 0 to 3. The coefficients in coded order; those of Cb and Cr one after the other where their QPs differ.
+  std::uint32_t lumaBlocks_ = 0, chromaBlocks_ = 0;
+  bool splitChroma_ = false;
+  alignas(64) std::int16_t lumaCoefficients_[16 + 16 * 16];
+  alignas(64) std::int16_t chromaCoefficients_[2][2 * 4 + 8 * 16];
 };
 
 }  // namespace h264
