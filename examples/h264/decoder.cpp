@@ -1,5 +1,6 @@
 #include "h264/decoder.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
