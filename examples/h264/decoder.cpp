@@ -143,6 +143,9 @@ void StreamDecoder::finish(const PictureSink& sink) {
 
 void StreamDecoder::unit(std::span<const std::uint8_t> bytes, std::int64_t position, const PictureSink& sink) {
   nal_.load(bytes, position);
+  // These units stand in front of a picture (7.4.1.2.3). Between the slices of one they are out of place, but harmless.
+  const unsigned type = unsigned(nal_.type());
+  if (((type >= 6 && type <= 9) || (type >= 14 && type <= 18)) && frame_ && picture_.complete()) finishPicture(sink);
   switch (nal_.type()) {
     case NalType::Slice:
     case NalType::IdrSlice: slice(sink); break;
@@ -200,7 +203,8 @@ void StreamDecoder::slice(const PictureSink& sink) {
   const SliceHeader header = parseSliceHeader(nal_, *sps, *pps);
   if (header.redundantPicCount > 0) return;  // the primary picture is there, or decoding has stopped
 
-  if (frame_ && startsPicture(header, last_, *active_)) finishPicture(sink);
+  // Behind a picture with operation 5 the numbers may come out the same.
+  if (frame_ && (startsPicture(header, last_, *active_) || (first_.has(5) && picture_.complete()))) finishPicture(sink);
   if (!frame_) {
     if (!active_ || *active_ != *sps) {
       if (active_ && !header.idr) nal_.damaged(at, "sequence parameters change at a picture that is not IDR");
@@ -269,6 +273,7 @@ void StreamDecoder::beginPicture(const SliceHeader& header, const PictureSink& s
       // With type 0 an inferred frame has no count; nothing may ask for it.
       return sps.pocType == 0 ? 0 : order_.next(sps, inferred).top;
     });
+    previousRefFrameNum_ = (header.frameNum - 1) & (sps.maxFrameNum() - 1);
   }
 
   const PictureOrder::Counts counts = order_.next(sps, header);

@@ -1,0 +1,132 @@
+#include "stream_support.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "common/md5.h"
+#include "h264/decoder.h"
+
+namespace zvptest {
+
+Decoded decodeH264(std::span<const std::uint8_t> stream, std::size_t piece, std::size_t keep) {
+  Decoded result;
+  const auto decoder = h264::makeDecoder();
+  const video::PictureSink sink = [&](const video::Picture& picture) {
+    if (result.pictures.size() < keep) result.pictures.emplace_back(picture);
+  };
+  try {
+    for (std::size_t at = 0; at < stream.size(); at += piece) {
+      // A copy of its own, so that a sanitizer sees what lies beyond it.
+      const auto part = stream.subspan(at, std::min(piece, stream.size() - at));
+      const Bytes copy(part.begin(), part.end());
+      decoder->decode({copy, std::int64_t(at), false}, sink);
+    }
+  } catch (const video::StreamError& error) {
+    result.failed = true;
+    result.error = error.what();
+    result.position = error.position();
+    result.kind = error.kind();
+  }
+  try {
+    decoder->finish(sink);
+  } catch (const video::StreamError& error) {
+    if (result.failed) throw std::logic_error("finish() fails after an error");
+    result.failed = true;
+    result.error = error.what();
+    result.position = error.position();
+    result.kind = error.kind();
+    decoder->finish(sink);
+  }
+  return result;
+}
+
+std::string md5Of(const std::vector<video::StoredPicture>& pictures) {
+  video::Md5 md5;
+  for (const auto& picture : pictures) md5.add(picture.view());
+  return md5.hex();
+}
+
+Bytes readFile(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw std::runtime_error("cannot read " + path.string());
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void writeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+  std::ofstream out(path, std::ios::binary);
+  out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+  if (!out) throw std::runtime_error("cannot write " + path.string());
+}
+
+std::filesystem::path sample(const std::string& name) {
+  return std::filesystem::path(ZVP_TEST_DATA) / "streams" / name;
+}
+
+TemporaryDirectory::TemporaryDirectory() {
+  std::string name = (std::filesystem::temp_directory_path() / "zvp-stream-XXXXXX").string();
+  if (!mkdtemp(name.data())) throw std::runtime_error("cannot make a temporary directory");
+  path_ = name;
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+bool haveProgram(const std::string& name) {
+  return std::system(("command -v " + name + " > /dev/null 2>&1").c_str()) == 0;
+}
+
+CommandResult run(const std::string& command) {
+  CommandResult result;
+  std::FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+  if (!pipe) throw std::runtime_error("cannot run " + command);
+  char buffer[4096];
+  while (const std::size_t size = std::fread(buffer, 1, sizeof buffer, pipe)) result.output.append(buffer, size);
+  const int status = pclose(pipe);
+  result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  return result;
+}
+
+std::vector<Bytes> decodeWithFfmpeg(const std::filesystem::path& stream, const TemporaryDirectory& scratch,
+                                    std::size_t pictureBytes) {
+  const auto raw = scratch / "ffmpeg.yuv";
+  // Strict: the order of output by the standard's buffer model, not by a guess from the first pictures.
+  const CommandResult result = run("ffmpeg -y -v error -nostdin -threads 1 -flags +bitexact -strict strict -f h264 -i " +
+                                   stream.string() + " -vsync passthrough -f rawvideo -pix_fmt yuv420p " + raw.string());
+  if (result.exitCode != 0) throw std::runtime_error("ffmpeg fails: " + result.output);
+  const Bytes bytes = readFile(raw);
+  if (pictureBytes == 0 || bytes.size() % pictureBytes != 0) throw std::runtime_error("ffmpeg's pictures have another size");
+  std::vector<Bytes> pictures;
+  for (std::size_t at = 0; at < bytes.size(); at += pictureBytes)
+    pictures.emplace_back(bytes.begin() + std::ptrdiff_t(at), bytes.begin() + std::ptrdiff_t(at + pictureBytes));
+  return pictures;
+}
+
+std::string firstDifference(const std::vector<video::StoredPicture>& actual, const std::vector<Bytes>& expected) {
+  for (std::size_t i = 0; i < std::min(actual.size(), expected.size()); ++i) {
+    const auto& a = actual[i];
+    if (a.samples == expected[i]) continue;
+    if (a.samples.size() != expected[i].size()) return "picture " + std::to_string(i) + " has another size";
+    std::size_t at = 0;
+    while (a.samples[at] == expected[i][at]) ++at;
+    int plane = 0;
+    while (plane < 2 && at >= std::size_t(a.plane(plane + 1) - a.samples.data())) ++plane;
+    const std::size_t place = at - std::size_t(a.plane(plane) - a.samples.data());
+    const std::size_t width = std::size_t(a.format.planeWidth(plane));
+    return "picture " + std::to_string(i) + ", plane " + std::to_string(plane) + ", sample (" +
+           std::to_string(place % width) + ", " + std::to_string(place / width) + ") is " + std::to_string(a.samples[at]) +
+           ", expected " + std::to_string(expected[i][at]);
+  }
+  if (actual.size() != expected.size())
+    return std::to_string(actual.size()) + " pictures, expected " + std::to_string(expected.size());
+  return {};
+}
+
+}  // namespace zvptest
