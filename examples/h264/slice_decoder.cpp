@@ -659,34 +659,6 @@ void SliceDecoder::reconstructInter() {
   if (chromaBlocks_) reconstructChroma(false, 0, 0);
 }
 
-// A corner sample with which the first 8x8 block is predicted as it is without one (8.3.2.2.1): the filter takes the
-// neighbour itself in the place of the corner.
-std::uint8_t SliceDecoder::harmlessCorner(int mode) const {
-  const int top0 = luma_[-lumaStep_], top1 = luma_[-lumaStep_ + 1], left0 = luma_[-1], left1 = luma_[lumaStep_ - 1];
-  const auto filtered = [](int corner, int first, int second) { return (corner + 2 * first + second + 2) >> 2; };
-  switch (mode) {
-    case 0: case 3: case 7: return std::uint8_t(top0);
-    case 1: case 8: return std::uint8_t(left0);
-    case 2: {
-      // DC takes the sum of both sides. As the corner goes from one neighbour to the other the sum passes the right
-      // one in steps of two at most, so that one of its values gives the same mean.
-      int rest = 0;
-      for (int i = 1; i < 8; ++i) {
-        const int next = i == 7 ? 0 : 1;
-        rest += filtered(luma_[-lumaStep_ + i - 1], luma_[-lumaStep_ + i], luma_[-lumaStep_ + i + 1]);
-        rest += filtered(luma_[(i - 1) * lumaStep_ - 1], luma_[i * lumaStep_ - 1], luma_[(i + next) * lumaStep_ - 1]);
-      }
-      const int mean = (rest + filtered(top0, top0, top1) + filtered(left0, left0, left1) + 8) >> 4;
-      for (int corner = 0; corner < 256; ++corner)
-        if ((rest + filtered(corner, top0, top1) + filtered(corner, left0, left1) + 8) >> 4 == mean)
-          return std::uint8_t(corner);
-      break;
-    }
-    default: break;
-  }
-  damaged("intra prediction from samples that are not there");
-}
-
 void SliceDecoder::reconstructIntraLuma(const std::int32_t (&modes)[16], unsigned edges) {
   std::int16_t* cursor = lumaCoefficients_;
   const std::uint32_t qp = info_->qp;
@@ -709,15 +681,11 @@ void SliceDecoder::reconstructIntraLuma(const std::int32_t (&modes)[16], unsigne
                                                                             lumaBlocks_, qp, right, scale);
       break;
     default: {
-      // The library takes the corner of the first block as usable if the left and upper neighbours are. If it is not,
-      // it is replaced for the time of the call by a value that makes no difference.
-      std::uint8_t& sample = luma_[-lumaStep_ - 1];
-      const bool replaced = (edges & 21) == 16;
-      const std::uint8_t kept = replaced ? sample : std::uint8_t(0);
-      if (replaced) sample = harmlessCorner(modes[0]);
-      status = zvpiReconstructLumaIntra8x8MB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, modes, lumaBlocks_, qp, right,
+      // It takes the sample above left for usable if the two sides are, unless told that it is not so.
+      const bool sides = (edges & 5) == 0, sample = (edges & 16) == 0;
+      status = zvpiReconstructLumaIntra8x8MB_H264_16s8u_C1R(&cursor, luma_, lumaStep_, modes, lumaBlocks_, qp,
+                                                            std::uint8_t(right | (sides != sample ? 8 : 0)),
                                                             scales_->scale8x8[0][qp % 6]);
-      if (replaced) sample = kept;
       break;
     }
   }

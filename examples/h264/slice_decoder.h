@@ -59,7 +59,6 @@ class SliceDecoder {
   void storeCounts();
 
   void reconstructInter();
-  std::uint8_t harmlessCorner(int mode) const;
   void reconstructIntraLuma(const std::int32_t (&modes)[16], unsigned edges);
   void reconstructChroma(bool intra, unsigned mode, unsigned edges);
 

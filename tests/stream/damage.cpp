@@ -1,0 +1,170 @@
+// Damaged streams: no crash, no hang, an error that tells where. Run it under the sanitizers for what a crash misses.
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "random_stream.h"
+#include "stream_support.h"
+#include "support/compare.h"
+#include "support/random.h"
+
+using namespace zvptest;
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr int mutations = 300;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr int mutations = 300;
+#else
+constexpr int mutations = 40;
+#endif
+#else
+constexpr int mutations = 40;
+#endif
+
+// Where NAL units begin, at their start codes; the end of the stream comes last.
+std::vector<std::size_t> unitStarts(const Bytes& stream) {
+  std::vector<std::size_t> starts;
+  for (std::size_t i = 0; i + 3 < stream.size(); ++i)
+    if (stream[i] == 0 && stream[i + 1] == 0 && stream[i + 2] == 1) starts.push_back(i > 0 && stream[i - 1] == 0 ? i - 1 : i);
+  starts.push_back(stream.size());
+  return starts;
+}
+
+Bytes mutate(const Bytes& stream, Rng& rng) {
+  Bytes result = stream;
+  const auto anywhere = [&](std::size_t size) { return std::size_t((std::uint64_t(rng.next()) * size) >> 32); };
+  const auto flip = [&](int count) {
+    for (; count > 0 && !result.empty(); --count)
+      result[anywhere(result.size())] ^= std::uint8_t(1u << rng.range(0, 7));
+  };
+  const auto unit = [&](std::size_t& from, std::size_t& to) {
+    const auto starts = unitStarts(result);
+    const std::size_t i = anywhere(starts.size() - 1);
+    from = starts[i];
+    to = starts[i + 1];
+  };
+  std::size_t from, to;
+  switch (rng.range(0, 7)) {
+    case 0: flip(1); break;
+    case 1: flip(rng.range(2, 40)); break;
+    case 2:  // in the headers
+      for (int i = rng.range(1, 4); i > 0; --i)
+        result[anywhere(std::min<std::size_t>(result.size(), 64))] ^= std::uint8_t(1u << rng.range(0, 7));
+      break;
+    case 3: result.resize(anywhere(result.size())); break;
+    case 4: {  // a piece is missing
+      const std::size_t at = anywhere(result.size());
+      result.erase(result.begin() + std::ptrdiff_t(at),
+                   result.begin() + std::ptrdiff_t(std::min(result.size(), at + anywhere(200) + 1)));
+      break;
+    }
+    case 5: {  // a unit comes twice
+      unit(from, to);
+      const Bytes copy(result.begin() + std::ptrdiff_t(from), result.begin() + std::ptrdiff_t(to));
+      std::size_t otherFrom, otherTo;
+      unit(otherFrom, otherTo);
+      result.insert(result.begin() + std::ptrdiff_t(rng.chance(2) ? to : otherTo), copy.begin(), copy.end());
+      break;
+    }
+    case 6:  // a unit is missing
+      unit(from, to);
+      result.erase(result.begin() + std::ptrdiff_t(from), result.begin() + std::ptrdiff_t(to));
+      break;
+    default: {  // bytes of one value in the middle: endless prefixes, runs of zeros
+      const std::size_t at = anywhere(result.size());
+      std::fill(result.begin() + std::ptrdiff_t(at),
+                result.begin() + std::ptrdiff_t(std::min(result.size(), at + anywhere(600) + 1)),
+                std::uint8_t(rng.chance(2) ? 0 : rng.chance(2) ? 0xFF : rng.next()));
+    }
+  }
+  if (rng.chance(4)) flip(rng.range(1, 5));
+  return result;
+}
+
+// Decodes mutations of the stream. What is wrong is told with its place, and it ends in good time.
+void decodeMutations(const Bytes& stream, int count, std::uint64_t seedBase) {
+  int failures = 0;
+  for (int seed = 1; seed <= count; ++seed) {
+    SCOPED_TRACE("mutation " + std::to_string(seed));
+    Rng rng(seedBase + std::uint64_t(seed));
+    const Bytes mutated = mutate(stream, rng);
+    const auto begin = std::chrono::steady_clock::now();
+    const Decoded decoded = decodeH264(mutated, std::size_t(rng.range(1, 9000)), 0);
+    const auto seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    EXPECT_LT(seconds, 10);
+    if (!decoded.failed) continue;
+    ++failures;
+    EXPECT_FALSE(decoded.error.empty());
+    EXPECT_GE(decoded.position, 0);
+    EXPECT_LE(decoded.position, std::int64_t(mutated.size()));
+  }
+  EXPECT_GT(failures, 0) << "no mutation is noticed";
+}
+
+// The stream's beginning: whole NAL units of at most this many bytes. Mutations of the two large samples would take
+// hours under a sanitizer; ZVP_TEST_WHOLE_SAMPLES asks for it.
+Bytes beginning(const Bytes& stream, std::size_t most) {
+  if (std::getenv("ZVP_TEST_WHOLE_SAMPLES") || stream.size() <= most) return stream;
+  std::size_t end = 0;
+  for (const std::size_t start : unitStarts(stream))
+    if (start <= most) end = start;
+  return Bytes(stream.begin(), stream.begin() + std::ptrdiff_t(end));
+}
+
+class DamagedSample : public ::testing::TestWithParam<const char*> {};
+
+}  // namespace
+
+TEST_P(DamagedSample, EndsInAnError) {
+  const std::string name = GetParam();
+  const std::size_t most = name == "VID_1280x720_cavlc_temporal_direct.264" ? 70000 : 40000;
+  decodeMutations(beginning(readFile(sample(name)), most), rounds(mutations), 1000);
+}
+INSTANTIATE_TEST_SUITE_P(H264, DamagedSample,
+                         ::testing::Values("SVA_BA1_B.264", "BA_MW_D.264", "SVA_Base_B.264",
+                                           "VID_1280x720_cavlc_temporal_direct.264", "gizmo.264"),
+                         [](const auto& info) {
+                           std::string name = info.param;
+                           for (char& c : name)
+                             if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+                           return name;
+                         });
+
+TEST(DamagedRandomStream, EndsInAnError) {
+  for (int kind = 0; kind < 8; ++kind) {
+    RandomStreamOptions o;
+    o.seed = std::uint64_t(kind);
+    o.slices = true;
+    o.pcm = kind & 1;
+    o.bPictures = kind & 2;
+    o.memoryCommands = o.modifications = kind & 4;
+    o.weights = kind == 3;
+    o.transform8x8 = o.scaling = o.chromaOffsets = kind >= 6;
+    o.gaps = kind == 1 || kind == 5;
+    if (o.gaps) o.bPictures = o.memoryCommands = false;
+    o.pocType = unsigned(kind % 3);
+    SCOPED_TRACE("kind " + std::to_string(kind));
+    decodeMutations(randomStream(o), rounds(mutations / 2), 5000);
+  }
+}
+
+TEST(DamagedTool, SaysWhere) {
+  const TemporaryDirectory scratch;
+  const Bytes stream = readFile(sample("SVA_Base_B.264"));
+  int failures = 0;
+  for (int seed = 1; seed <= 20; ++seed) {
+    Rng rng(9000 + std::uint64_t(seed));
+    const auto path = scratch / "damaged.264";
+    writeFile(path, mutate(stream, rng));
+    const CommandResult result = run(std::string("timeout 10 ") + ZVP_TOOL + " decode -o " +
+                                     (scratch / "damaged.yuv").string() + " " + path.string());
+    EXPECT_TRUE(result.exitCode == 0 || result.exitCode == 1) << result.exitCode << ": " << result.output;
+    if (result.exitCode != 1) continue;
+    ++failures;
+    EXPECT_NE(result.output.find("zvp: "), std::string::npos) << result.output;
+  }
+  EXPECT_GT(failures, 0);
+}
