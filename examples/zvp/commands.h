@@ -19,6 +19,13 @@ struct CompareOptions {
 };
 int compare(const CompareOptions& options);
 
+struct FilterOptions {
+  std::string input, output, deinterlace, denoise, fieldOrder = "auto", compare, original;
+  bool packed = false;
+  std::int64_t frames = 0;
+};
+int filter(const FilterOptions& options);
+
 int info(const std::string& input);
 
 }  // namespace zvptool

@@ -26,6 +26,20 @@ int main(int argc, char** argv) {
   compareCommand->add_option("input", compare.input, "elementary stream or container")->required();
   compareCommand->add_option("--frames", compare.frames, "stop after this many frames")->check(CLI::PositiveNumber);
 
+  zvptool::FilterOptions filter;
+  CLI::App* filterCommand = app.add_subcommand("filter", "deinterlace or denoise a file that libavcodec decodes");
+  filterCommand->add_option("input", filter.input, "any video file, Y4M too")->required();
+  filterCommand->add_option("-o,--output", filter.output, "what to write: .y4m, .yuv, or a contact sheet as .png");
+  filterCommand->add_option("--deinterlace", filter.deinterlace, "one frame for each frame, the first field being kept")
+      ->check(CLI::IsMember({"triangle", "edge", "median", "blend", "motion"}));
+  filterCommand->add_option("--denoise", filter.denoise, "in time and space")->check(CLI::IsMember({"cast"}));
+  filterCommand->add_option("--field-order", filter.fieldOrder, "which field is the earlier one")
+      ->check(CLI::IsMember({"auto", "top", "bottom"}));
+  filterCommand->add_flag("--packed", filter.packed, "denoise 4:2:2 as packed samples; packed files are anyway");
+  filterCommand->add_option("--compare", filter.compare, "write a picture of before and after with a magnified part");
+  filterCommand->add_option("--original", filter.original, "print the PSNR against this file, before and after");
+  filterCommand->add_option("--frames", filter.frames, "stop after this many frames")->check(CLI::PositiveNumber);
+
   std::string infoInput;
   CLI::App* infoCommand = app.add_subcommand("info", "tell what a file holds");
   infoCommand->add_option("input", infoInput, "elementary stream or container")->required();
@@ -38,6 +52,7 @@ int main(int argc, char** argv) {
   try {
     if (*decodeCommand) return zvptool::decode(decode);
     if (*compareCommand) return zvptool::compare(compare);
+    if (*filterCommand) return zvptool::filter(filter);
     return zvptool::info(infoInput);
   } catch (const zvptool::ToolError& error) {
     std::fprintf(stderr, "zvp: %s\n", error.what());

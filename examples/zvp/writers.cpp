@@ -7,8 +7,7 @@
 #include <cstring>
 #include <vector>
 
-#include <png.h>
-
+#include "rgb.h"
 #include "source.h"
 
 namespace zvptool {
@@ -84,10 +83,6 @@ class Y4mWriter final : public FileWriter {
   Format format_;
 };
 
-struct Rgb {
-  std::uint8_t r, g, b;
-};
-
 // A picture made small: each sample the mean of the samples that it covers, as RGB.
 struct Thumbnail {
   int width = 0, height = 0;
@@ -103,7 +98,7 @@ struct Thumbnail {
     for (int plane = 0; plane < 3; ++plane) planes[plane] = shrink(picture, plane);
     samples.resize(std::size_t(width) * std::size_t(height));
     for (std::size_t i = 0; i < samples.size(); ++i)
-      samples[i] = convert(format, planes[0][i], planes[1][i], planes[2][i]);
+      samples[i] = toRgb(format, planes[0][i], planes[1][i], planes[2][i]);
   }
 
  private:
@@ -123,17 +118,6 @@ struct Thumbnail {
       }
     }
     return result;
-  }
-  static Rgb convert(const Format& format, double y, double cb, double cr) {
-    double kr = 0.299, kb = 0.114;
-    if (format.matrix == video::Matrix::Bt709) kr = 0.2126, kb = 0.0722;
-    if (format.matrix == video::Matrix::Bt2020) kr = 0.2627, kb = 0.0593;
-    const double luma = format.fullRange ? y / 255 : (y - 16) / 219;
-    const double scale = format.fullRange ? 127.5 : 112;
-    const double blue = (cb - 128) / scale, red = (cr - 128) / scale;  // -1 .. 1
-    const double r = luma + red * (1 - kr), b = luma + blue * (1 - kb), g = (luma - kr * r - kb * b) / (1 - kr - kb);
-    const auto byte = [](double v) { return std::uint8_t(std::lround(std::clamp(v, 0.0, 1.0) * 255)); };
-    return {byte(r), byte(g), byte(b)};
   }
 };
 
@@ -169,13 +153,7 @@ class ContactSheet final : public Writer {
         std::copy_n(chosen[i]->samples.begin() + std::ptrdiff_t(y) * chosen[i]->width, chosen[i]->width,
                     sheet.begin() + std::ptrdiff_t(top + y) * width + left);
     }
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = png_uint_32(width);
-    image.height = png_uint_32(height);
-    image.format = PNG_FORMAT_RGB;
-    if (!png_image_write_to_file(&image, path_.c_str(), 0, sheet.data(), 0, nullptr))
-      throw ToolError("cannot write " + path_ + ": " + image.message);
+    writePng(path_, width, height, sheet);
   }
 
  private:
