@@ -126,8 +126,8 @@ TEST_P(DamagedSample, EndsInAnError) {
 INSTANTIATE_TEST_SUITE_P(H264, DamagedSample,
                          ::testing::Values("SVA_BA1_B.264", "BA_MW_D.264", "SVA_Base_B.264",
                                            "VID_1280x720_cavlc_temporal_direct.264", "gizmo.264"),
-                         [](const auto& info) {
-                           std::string name = info.param;
+                         [](const auto& instance) {
+                           std::string name = instance.param;
                            for (char& c : name)
                              if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
                            return name;

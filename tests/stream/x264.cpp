@@ -110,7 +110,7 @@ TEST_P(X264, DecodesToTheBit) {
   for (std::size_t source = 0; source < std::size(sources); ++source) compare(*made, source, GetParam().arguments);
 }
 INSTANTIATE_TEST_SUITE_P(Options, X264, ::testing::ValuesIn(optionSets),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& instance) { return std::string(instance.param.name); });
 
 TEST(X264Quantizers, DecodeToTheBit) {
   ZVP_NEED_PROGRAM("ffmpeg");
