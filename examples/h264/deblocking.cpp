@@ -52,21 +52,16 @@ struct Side {
   const Mv* mv[2];
 };
 
-// Is there a boundary strength of 1 between two inter blocks that have no coefficients (8.7.2.1)? The pictures are
-// compared, not the indices.
-bool moves(const Side& p, int pBlock, const Side& q, int qBlock) {
-  const int pQuarter = (pBlock >> 3) * 2 + ((pBlock >> 1) & 1), qQuarter = (qBlock >> 3) * 2 + ((qBlock >> 1) & 1);
+constexpr int quarterOf(int block) { return (block >> 3) * 2 + ((block >> 1) & 1); }
+
+// How the references of two 8x8 blocks compare. The pictures are compared, not the indices.
+enum class References { Differ, Straight, Crossed, Both };
+References compareReferences(const Side& p, int pQuarter, const Side& q, int qQuarter) {
   const int p0 = p.refs->store[0][pQuarter], p1 = p.refs->store[1][pQuarter];
   const int q0 = q.refs->store[0][qQuarter], q1 = q.refs->store[1][qQuarter];
-  const auto straight = [&] {
-    return (p0 >= 0 && far(p.mv[0][pBlock], q.mv[0][qBlock])) || (p1 >= 0 && far(p.mv[1][pBlock], q.mv[1][qBlock]));
-  };
-  const auto crossed = [&] {
-    return (p0 >= 0 && far(p.mv[0][pBlock], q.mv[1][qBlock])) || (p1 >= 0 && far(p.mv[1][pBlock], q.mv[0][qBlock]));
-  };
-  if (p0 == q0 && p1 == q1) return straight() && (p0 != p1 || crossed());
-  if (p0 == q1 && p1 == q0) return crossed();
-  return true;
+  if (p0 == q0 && p1 == q1) return p0 == p1 ? References::Both : References::Straight;
+  if (p0 == q1 && p1 == q0) return References::Crossed;
+  return References::Differ;
 }
 
 // Spreads four flags to four bytes: bits 0 to 3, or bits 0, 4, 8, 12.
@@ -79,12 +74,27 @@ struct Strengths {
   EdgeStrengths ver[4], hor[4];
 };
 
-// Strength 1 where motion differs, for the groups that do not have 2 already. first and step: the block of group 0 on
-// the q side and the distance to the next group's; pFirst likewise.
+// Strength 1 where the motion of two inter blocks differs (8.7.2.1), for the groups that do not have 2 already. qFirst
+// and step: the block of group 0 on the q side and the distance to the next group's; pFirst likewise.
 EdgeStrengths withMotion(EdgeStrengths coded, const Side& p, int pFirst, const Side& q, int qFirst, int step) {
-  for (int group = 0; group < 4; ++group)
-    if (!(coded >> (8 * group) & 0xFF) && moves(p, pFirst + group * step, q, qFirst + group * step))
-      coded |= 1u << (8 * group);
+  for (int group = 0; group < 4; group += 2) {
+    const int pQuarter = quarterOf(pFirst + group * step), qQuarter = quarterOf(qFirst + group * step);
+    const References references = compareReferences(p, pQuarter, q, qQuarter);
+    const bool uses0 = p.refs->store[0][pQuarter] >= 0, uses1 = p.refs->store[1][pQuarter] >= 0;
+    for (int i = group; i < group + 2; ++i) {
+      if (coded >> (8 * i) & 0xFF) continue;
+      const int pBlock = pFirst + i * step, qBlock = qFirst + i * step;
+      const auto differ = [&](int qList0, int qList1) {
+        return (uses0 && far(p.mv[0][pBlock], q.mv[qList0][qBlock])) ||
+               (uses1 && far(p.mv[1][pBlock], q.mv[qList1][qBlock]));
+      };
+      bool moves = true;
+      if (references == References::Straight) moves = differ(0, 1);
+      else if (references == References::Crossed) moves = differ(1, 0);
+      else if (references == References::Both) moves = differ(0, 1) && differ(1, 0);
+      coded |= unsigned(moves) << (8 * i);
+    }
+  }
   return coded;
 }
 

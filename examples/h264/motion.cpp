@@ -190,10 +190,22 @@ void Motion::storeIntra() {
 
 bool Motion::direct(unsigned mask, MbShape& shape) {
   if (!collocated_) return false;
-  return spatial_ ? directSpatial(mask, shape) : directTemporal(mask, shape);
+  return spatial_ ? directSpatial(mask, shape, false) : directTemporal(mask, shape);
 }
 
-bool Motion::directSpatial(unsigned mask, MbShape& shape) {
+bool Motion::directMacroblock(MbShape& shape) {
+  if (!collocated_) return false;
+  if (spatial_) {
+    if (!directSpatial(15, shape, true)) return false;
+    if (shape == MbShape::Whole) return true;
+  } else if (!directTemporal(15, shape)) {
+    return false;
+  }
+  store();
+  return true;
+}
+
+bool Motion::directSpatial(unsigned mask, MbShape& shape, bool storeIfWhole) {
   int ref[2];
   Mv mv[2];
   for (int list = 0; list < 2; ++list) {
@@ -202,25 +214,19 @@ bool Motion::directSpatial(unsigned mask, MbShape& shape) {
     if (ref[list] >= 0) mv[list] = median(a, b, c, ref[list]);
     else ref[list] = unused;
   }
-  const bool noNeighbours = ref[0] < 0 && ref[1] < 0;
-  if (noNeighbours) ref[0] = ref[1] = 0;
+  if (ref[0] < 0 && ref[1] < 0) ref[0] = ref[1] = 0;
   for (int list = 0; list < 2; ++list)
     if (ref[list] >= 0 && stores_[list][ref[list]] < 0) return false;
 
   // Blocks that stand still in the collocated picture stand still here.
   const Mv zero;
   const bool mayStand = collocatedShortTerm_ && ((ref[0] == 0 && mv[0] != zero) || (ref[1] == 0 && mv[1] != zero));
+  unsigned asked = 0, standing = 0;  // bit i: 4x4 block i in raster order
   const MbRefs& colRefs = collocated_->refs[std::size_t(mb_)];
-  unsigned standing = 0;  // bit i: 4x4 block i in raster order
-  unsigned asked = 0;
   for (int quarter = 0; quarter < 4; ++quarter) {
     if (!(mask >> quarter & 1)) continue;
     const int bx = 2 * (quarter & 1), by = quarter & 2;
     asked |= 0x33u << (4 * by + bx);
-    for (int list = 0; list < 2; ++list) {
-      setRef(list, bx, by, 2, 2, ref[list]);
-      setMv(list, bx, by, 2, 2, mv[list]);
-    }
     if (!mayStand) continue;
     const int colList = colRefs.index[0][quarter] >= 0 ? 0 : 1;
     if (colRefs.index[colList][quarter] != 0) continue;
@@ -234,11 +240,26 @@ bool Motion::directSpatial(unsigned mask, MbShape& shape) {
           if (stands(colMv[4 * y + x])) standing |= 1u << (4 * y + x);
     }
   }
-  for (int block = 0; block < 16 && standing; ++block)
-    if (standing >> block & 1)
-      for (int list = 0; list < 2; ++list)
-        if (ref[list] == 0) mv_[list][at(block & 3, block >> 2)] = zero;
-  shape = standing == 0 || standing == asked ? MbShape::Whole : inference8x8_ ? MbShape::Quarters : MbShape::Blocks;
+
+  const Mv still[2] = {ref[0] == 0 ? zero : mv[0], ref[1] == 0 ? zero : mv[1]};
+  if (standing == 0 || standing == asked) {
+    shape = MbShape::Whole;
+    const Mv* all = standing == 0 ? mv : still;
+    if (storeIfWhole) {
+      storeWhole(ref[0], all[0], ref[1], all[1]);
+      return true;
+    }
+  } else {
+    shape = inference8x8_ ? MbShape::Quarters : MbShape::Blocks;
+  }
+  for (int block = 0; block < 16; ++block) {
+    if (!(asked >> block & 1)) continue;
+    const int place = at(block & 3, block >> 2);
+    for (int list = 0; list < 2; ++list) {
+      ref_[list][place] = std::int8_t(ref[list]);
+      mv_[list][place] = standing >> block & 1 ? still[list] : mv[list];
+    }
+  }
   return true;
 }
 

@@ -59,6 +59,8 @@ class Motion {
   // Direct prediction of the 8x8 blocks in the mask, into the grid. Tells how finely the motion is divided: Whole if
   // it is the same in all blocks of the mask. False if it needs a picture that is not there.
   bool direct(unsigned mask, MbShape& shape);
+  // The same for a macroblock that is predicted in direct mode as a whole, and into the frame.
+  bool directMacroblock(MbShape& shape);
 
  private:
   struct Block {
@@ -73,7 +75,7 @@ class Motion {
   Block blockA(int list, int bx, int by) const { return {ref_[list][at(bx - 1, by)], mv_[list][at(bx - 1, by)]}; }
   Block blockB(int list, int bx, int by) const { return {ref_[list][at(bx, by - 1)], mv_[list][at(bx, by - 1)]}; }
   Block blockC(int list, int bx, int by, int width) const;
-  bool directSpatial(unsigned mask, MbShape& shape);
+  bool directSpatial(unsigned mask, MbShape& shape, bool storeIfWhole);
   bool directTemporal(unsigned mask, MbShape& shape);
 
   const PictureState* picture_ = nullptr;

@@ -210,9 +210,8 @@ void SliceDecoder::skipped() {
     return;
   }
   mb.direct = 15;
-  if (!motion_.direct(15, mb.directShape)) damaged("direct mode refers to a picture that is not there");
+  if (!motion_.directMacroblock(mb.directShape)) damaged("direct mode refers to a picture that is not there");
   info_->shape = mb.shape = mb.directShape;
-  motion_.store();
   predictInter(mb);
 }
 
