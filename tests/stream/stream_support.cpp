@@ -99,7 +99,7 @@ std::vector<Bytes> decodeWithFfmpeg(const std::filesystem::path& stream, const T
   const auto raw = scratch / "ffmpeg.yuv";
   // Strict: the order of output by the standard's buffer model, not by a guess from the first pictures.
   const CommandResult result = run("ffmpeg -y -v error -nostdin -threads 1 -flags +bitexact -strict strict -f h264 -i " +
-                                   stream.string() + " -vsync passthrough -f rawvideo -pix_fmt yuv420p " + raw.string());
+                                   stream.string() + " -vsync passthrough -f rawvideo -vf 'format=yuv420p|yuvj420p' " + raw.string());
   if (result.exitCode != 0) throw std::runtime_error("ffmpeg fails: " + result.output);
   const Bytes bytes = readFile(raw);
   if (pictureBytes == 0 || bytes.size() % pictureBytes != 0) throw std::runtime_error("ffmpeg's pictures have another size");
