@@ -135,4 +135,6 @@ TEST(H264Random, HighProfileTools) {
   o.transform8x8 = false;
   o.chromaOffsets = true;
   compare(o, 12);
+  o.transform8x8 = o.constrainedIntra = o.pcm = true;
+  compare(o, 12);
 }
