@@ -31,7 +31,7 @@ if(ZVP_SIMD_PLAIN)
   target_compile_definitions(zvp_flags INTERFACE ZVP_SIMD_PLAIN)
 endif()
 if(ZVP_SANITIZE)
-  target_compile_options(zvp_flags INTERFACE -fsanitize=${ZVP_SANITIZE} -fno-sanitize-recover=all -g
+  target_compile_options(zvp_flags INTERFACE -fsanitize=${ZVP_SANITIZE} -fno-sanitize-recover=all -O1 -g1
                                              -fno-omit-frame-pointer)
   target_link_options(zvp_flags INTERFACE -fsanitize=${ZVP_SANITIZE})
 endif()

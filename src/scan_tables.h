@@ -1,5 +1,5 @@
 // The three scan orders of 8x8 blocks, from coded position to raster index (ISO/IEC 13818-2 figures 7-2 and 7-3,
-// ISO/IEC 14496-2 7.4.3, H.263 Annex I). MPEG-1/2, H.263 and MPEG-4 share this one definition.
+// ISO/IEC 14496-2 7.4.2, H.263 Annex I). MPEG-1/2, H.263 and MPEG-4 share this one definition.
 #pragma once
 
 #include <array>
