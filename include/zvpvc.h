@@ -2620,6 +2620,111 @@ ZVP_API zvpStatus zvpiScanInv_16s_C1(const int16_t *pSrc, int16_t *pDst, int32_t
 /** @} */ /* mpeg_mpeg_2_quantization_and_scans */
 
 /**
+ * @defgroup mpeg_8x8_transforms MPEG-1/2: 8x8 transforms
+ *
+ * The 8x8 DCT of the MPEG standards, H.261 and H.263 (ISO/IEC 13818-2 Annex A) and the 2-4-8 DCT of DV (IEC 61834-2),
+ * forward and inverse, orthonormal: eight times the mean of a block is its DC. A block is 64 int16_t, row-major,
+ * 128 bytes; a coefficient of horizontal frequency u and vertical frequency v stands at 8 v + u.
+ *
+ * All arithmetic is in integers, so that encoder and decoder agree to the bit on every machine.
+ *
+ * The inverse meets IEEE 1180-1990 and ISO/IEC 23002-1 in each of their ranges, up to samples of -512..511: no result
+ * is off by more than one from the exact value rounded, few are off at all, and there is no drift. A block with a DC
+ * alone comes out exactly rounded. Coefficients of blocks outside that range, which no encoder makes, give defined
+ * results that are not the transform's.
+ *
+ * The forward transform takes samples of -2048..2047 and is within one of the exact value rounded.
+ *
+ * 2-4-8: lines 2 z and 2 z + 1 of a block belong to two fields. Rows 0 to 3 hold the 4x8 transform of their sums, rows
+ * 4 to 7 that of their differences (line 2 z less line 2 z + 1), scaled so that the whole is orthonormal.
+ * @{
+ */
+
+/**
+ * Forward 8x8 DCT.
+ *
+ * @param[in]  pSrc  samples, -2048..2047
+ * @param[out] pDst  receives the coefficients; may be pSrc, else must not overlap it
+ *
+ * Reads:  128 bytes of pSrc.
+ * Writes: 128 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiDCT8x8Fwd_16s_C1(const int16_t *pSrc, int16_t *pDst);
+
+/**
+ * Forward 8x8 DCT in place.
+ *
+ * @param[in,out] pSrcDst  samples, -2048..2047; receives the coefficients
+ *
+ * Reads:  the block.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiDCT8x8Fwd_16s_C1I(int16_t *pSrcDst);
+
+/**
+ * Inverse 8x8 DCT. Results are not clipped to the range of samples.
+ *
+ * @param[in]  pSrc  coefficients
+ * @param[out] pDst  receives the samples; may be pSrc, else must not overlap it
+ *
+ * Reads:  128 bytes of pSrc.
+ * Writes: 128 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiDCT8x8Inv_16s_C1(const int16_t *pSrc, int16_t *pDst);
+
+/**
+ * Inverse 8x8 DCT in place. Results are not clipped to the range of samples.
+ *
+ * @param[in,out] pSrcDst  coefficients; receives the samples
+ *
+ * Reads:  the block.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiDCT8x8Inv_16s_C1I(int16_t *pSrcDst);
+
+/**
+ * Forward 2-4-8 DCT in place.
+ *
+ * @param[in,out] pSrcDst  samples, -2048..2047, the lines of both fields in turn; receives the coefficients, those of
+ *                         the sums in rows 0 to 3, those of the differences in rows 4 to 7
+ *
+ * Reads:  the block.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiDCT2x4x8Fwd_16s_C1I(int16_t *pSrcDst);
+
+/**
+ * Inverse 2-4-8 DCT in place. Results are not clipped to the range of samples.
+ *
+ * @param[in,out] pSrcDst  coefficients, those of the sums in rows 0 to 3, those of the differences in rows 4 to 7;
+ *                         receives the samples, the lines of both fields in turn
+ *
+ * Reads:  the block.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiDCT2x4x8Inv_16s_C1I(int16_t *pSrcDst);
+
+/** @} */ /* mpeg_8x8_transforms */
+
+/**
  * @defgroup h264_cavlc_and_exp_golomb_decoding H.264: CAVLC and Exp-Golomb decoding
  *
  * A residual block by CAVLC (H.264 9.2) or one Exp-Golomb code (H.264 9.1) from a stream.
@@ -5479,9 +5584,9 @@ ZVP_API zvpStatus zvpiDeinterlaceEdgeDetect_8u_C1R(const uint8_t *pSrc, int32_t 
  * Deinterlaces by a median of three rows where it departs from the middle one.
  *
  * In this order: the field that stays is copied, h / 2 rows (fieldNum 1: rows 0, 2, ...; any other value: rows 1, 3,
- * ..., from pSrc + srcStep to pDst + srcStep, whatever dstStep is); with copyBorder rows 0 and h - 1 are copied, srcStep
- * bytes each, whatever the width; then every second row r from 1 (fieldNum 1), 2 (otherwise, with copyBorder) or 0
- * (otherwise, without) is made, while r < h, or h - 1 with copyBorder: with c = src(x, r) and m the median of
+ * ..., from pSrc + srcStep to pDst + srcStep, whatever dstStep is); with copyBorder rows 0 and h - 1 are copied,
+ * srcStep bytes each, whatever the width; then every second row r from 1 (fieldNum 1), 2 (otherwise, with copyBorder)
+ * or 0 (otherwise, without) is made, while r < h, or h - 1 with copyBorder: with c = src(x, r) and m the median of
  * src(x, r - 1), c and src(x, r + 1), the result is c if |m - c| < threshold, else m.
  *
  * @param[in]  pSrc        first sample of the frame
@@ -5555,7 +5660,8 @@ ZVP_API zvpStatus zvpiDeinterlaceBlendFree_8u_C1(zvpDeinterlaceBlendState *pStat
  *     |C - T(x, r)|), each mean of two rounded up;
  *   - med = median of A, B, C;
  *   - s, the mean along the direction of least difference, as in zvpiDeinterlaceEdgeDetect_8u_C1R();
- *   - the result is med if m < lowMotion, else s if m > highMotion, else (med * weights[256 + m] + s * weights[m]) >> 8.
+ *   - the result is med if m < lowMotion, else s if m > highMotion, else (med * weights[256 + m] + s * weights[m]) >>
+ *     8.
  * In columns 0 and w - 1 it is (n * weights[m] + med * weights[256 + m]) >> 8, n being B (topField not 0) or A.
  * Besides, row 0 is copied from P1 if topField is not 0, and row h - 1 if it is of the made parity.
  *
@@ -5710,8 +5816,8 @@ ZVP_API zvpStatus zvpiFilterDenoiseCAST_8u_C1R(const uint8_t *pSrcCur, const uin
  * @param[in]     roiSize   frame in pixels, at least 2 by 1; the width is even
  * @param[out]    pDst      the result; may not overlap pSrcCur or pEdgeMap
  * @param[in]     dstStep   row distance of pDst in bytes
- * @param[in,out] pHistory  four bytes a group (left luma, Cb, right luma, Cr), ceil(2 * width / (4 * blockWidth)) groups
- *                          in a row, or null
+ * @param[in,out] pHistory  four bytes a group (left luma, Cb, right luma, Cr), ceil(2 * width / (4 * blockWidth))
+ *                          groups in a row, or null
  * @param[in]     pParams   the parameters, or null for the defaults
  *
  * Reads:  2 * width bytes of each row of the frames and of the edge map.

@@ -125,8 +125,11 @@ template <int Bytes, class T, int N> ZVP_INLINE void storeBytes(void* p, Vec<T, 
   else if constexpr (Bytes == 2) storeAs(p, u16(_mm_cvtsi128_si32(v.v)));
   else storeAs(p, u8(_mm_cvtsi128_si32(v.v)));
 }
-// The high eight bytes of a 16-byte register. _mm_storeh_pd would be a store through an aligned double*.
-template <class T, int N> ZVP_INLINE void storeHigh8(void* p, Vec<T, N> v) { storeAs<s64>(p, v.v[1]); }
+// The high eight bytes of a 16-byte register. _mm_storeh_pd would be a store through an aligned double*, and two
+// instructions with GCC.
+template <class T, int N> ZVP_INLINE void storeHigh8(void* p, Vec<T, N> v) {
+  _mm_storeh_pi(static_cast<__m64*>(p), _mm_castsi128_ps(v.v));
+}
 // Eight bytes of a general register in the low half of a 16-byte one, zeros above them.
 template <class V> ZVP_INLINE V fromLow64(u64 bits) { return {_mm_cvtsi64_si128(s64(bits))}; }
 // One value in all lanes.
@@ -725,12 +728,14 @@ ZVP_INLINE void transpose(S32<4> (&r)[4]) {
 }
 ZVP_INLINE void transpose(S16<8> (&r)[8]) {
   S32<4> low[4], high[4];  // rows 0-3 and 4-7 of columns 0-3 (low) and 4-7 (high), in pairs of rows
+#pragma GCC unroll 4
   for (int i = 0; i < 4; ++i) {
     low[i] = as<S32<4>>(interleaveLow(r[2 * i], r[2 * i + 1]));
     high[i] = as<S32<4>>(interleaveHigh(r[2 * i], r[2 * i + 1]));
   }
   transpose(low);
   transpose(high);
+#pragma GCC unroll 4
   for (int i = 0; i < 4; ++i) {
     r[i] = as<S16<8>>(low[i]);
     r[4 + i] = as<S16<8>>(high[i]);
