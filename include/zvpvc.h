@@ -2479,8 +2479,167 @@ ZVP_API zvpStatus zvpiDecodeHuffmanPair_1u16s(const uint32_t **ppBitStream, int3
 
 /**
  * @defgroup mpeg_dct_block_reconstruction MPEG-1/2: DCT block reconstruction
+ *
+ * The coefficients of one 8x8 block from the stream, dequantized in the same pass (ISO/IEC 11172-2 2.4.3.7 and 2.4.4,
+ * ISO/IEC 13818-2 7.2 to 7.4): 64 int16_t in raster order, ready for the inverse DCT, and the scan index of the last
+ * coefficient. Four members, intra and non-intra of either standard, share this frame:
+ *
+ * Codes. Cursor and compiled tables are those of @ref mpeg_huffman_tables_and_readers. In a run-level table run 254 is
+ * the end of block and run 255 the escape; codes have their sign bit in them. An escape is followed by
+ *   - MPEG-1: 6 bits of run and 8 of level, two's complement. 00000000 and 10000000 are followed by 8 bits more, the
+ *     level being these, less 256 in the second case;
+ *   - MPEG-2: 6 bits of run and 12 of level, two's complement.
+ *
+ * The first coefficient. Intra: a code of pDCSizeTable gives the number of bits of the difference d that follows. One
+ * whose first bit is 0 is negative: its bits less 2^size - 1. A size that is not 0 to 32, as a bad code's is, counts as
+ * 0. Non-intra: a 1 is followed by the sign of a level of 1 with run 0; a 0 is the first bit of a code of pDCTable, which
+ * may be its escape.
+ *
+ * The others, up to the end of block: a code of pACTable, or its escape. The scan index moves on by run + 1; beyond 63
+ * is the one error. A bad code means run 241 and so ends there.
+ *
+ * Dequantization. Products modulo 2^32, divisions towards zero, results cut to 16 bits; W is the weight at the
+ * coefficient's raster position.
+ *
+ *                MPEG-1                                       MPEG-2
+ *     intra DC   *pDCPred += 8 d; the predictor               *pDCPred += d; the predictor << shiftDCVal
+ *     intra      level * W * QP * 2 / 16                      level * W * QP * 2 / 32
+ *     non-intra  (2 * level + sign(level)) * W * QP / 16      (2 * level + sign(level)) * W * QP / 32
+ *     then       made odd, clipped to -2048..2047             nothing; mismatch control at the end of block
+ *
+ * Made odd: from an even value its sign is subtracted, so that 0 stays. In non-intra blocks all coefficients but the
+ * first subtract the sign of the level, in 16 bits: 0 becomes -1 or 1 then. The intra DC is left as it is.
+ *
+ * Mismatch control: if the sum of all coefficients as stored is even, element 63 is decremented if it is odd and
+ * incremented if it is even. MPEG-2 does not saturate: callers who need 7.4.3 do so themselves, before the transform.
+ *
+ * Damaged streams. The first run of a non-intra block is not tested before pScanMatrix is read at it: it reaches 63 by
+ * an escape, 241 by a bad code, and up to 254 by a table's own run. Callers who decode streams that they don't trust
+ * give pScanMatrix 256 entries. A position there that is not 0 to 63 is not stored to.
+ *
+ * Cursor:     behind the last code that was read, also on zvpStatusBadVlcInput. Behind a bad code of pDCSizeTable as
+ *             zvpiDecodeHuffmanOne_1u32s() leaves it in MPEG-1, one spare bit given back in MPEG-2.
+ * Bits:       at most 65 times the longest code of the two run-level tables, escapes counted with the 22 (MPEG-1) or 18
+ *             (MPEG-2) bits behind them; in intra blocks 64 times, and one code of pDCSizeTable with its difference.
+ * Look-ahead: the width of the last level of the table that was read last, less one.
  * @{
  */
+
+/**
+ * Decodes a non-intra block of MPEG-1.
+ *
+ * A first run of 64 or more ends the block at once, as if it had been good: *pDstSize is that run.
+ *
+ * @param[in,out] ppBitStream  address of the pointer to the current word
+ * @param[in,out] pBitOffset   index of the next bit, 31 to 0; not checked
+ * @param[in]     pDCTable     run-level table for the first coefficient, where it does not begin with a 1
+ * @param[in]     pACTable     run-level table for all others
+ * @param[in]     pScanMatrix  raster positions 0 to 63 by scan index; 64 entries, for damaged streams 256
+ * @param[in]     QP           quantizer scale, any value
+ * @param[in]     pQPMatrix    64 weights, raster order
+ * @param[out]    pDstBlock    receives 64 coefficients, raster order
+ * @param[out]    pDstSize     receives the scan index of the last coefficient; not written on error
+ *
+ * Reads:  the stream and the tables as far as the codes lead; entries of pScanMatrix and pQPMatrix.
+ * Writes: 128 bytes of pDstBlock, 4 of pDstSize, the cursor. Nothing may overlap pDstBlock.
+ *
+ * @retval zvpStatusNullPointer  a pointer or *ppBitStream is null.
+ * @retval zvpStatusBadVlcInput  a run leads past the block. pDstBlock holds the coefficients so far, else 0.
+ * @retval zvpStatusOk           done.
+ */
+ZVP_API zvpStatus zvpiReconstructDCTBlock_MPEG1_32s(const uint32_t **ppBitStream, int32_t *pBitOffset,
+                                                    const int32_t *pDCTable, const int32_t *pACTable,
+                                                    const int32_t *pScanMatrix, int32_t QP, const int16_t *pQPMatrix,
+                                                    int16_t *pDstBlock, int32_t *pDstSize);
+
+/**
+ * Decodes a non-intra block of MPEG-2.
+ *
+ * Of a first run its low 6 bits are the scan index from which the block goes on. Levels of the tables have 16 bits; in
+ * the other three members they have 8, whatever the table holds.
+ *
+ * @param[in,out] ppBitStream  address of the pointer to the current word
+ * @param[in,out] pBitOffset   index of the next bit, 31 to 0; not checked
+ * @param[in]     pDCTable     run-level table for the first coefficient, where it does not begin with a 1
+ * @param[in]     pACTable     run-level table for all others
+ * @param[in]     pScanMatrix  raster positions 0 to 63 by scan index; 64 entries, for damaged streams 256
+ * @param[in]     QP           quantizer scale, any value
+ * @param[in]     pQPMatrix    64 weights, raster order; null: all 16
+ * @param[out]    pDstBlock    receives 64 coefficients, raster order
+ * @param[out]    pDstSize     receives the scan index of the last coefficient, but 1 where that is 0; not written on
+ *                             error
+ *
+ * Reads:  the stream and the tables as far as the codes lead; entries of pScanMatrix and pQPMatrix.
+ * Writes: 128 bytes of pDstBlock, 4 of pDstSize, the cursor. Nothing may overlap pDstBlock.
+ *
+ * @retval zvpStatusNullPointer  a pointer other than pQPMatrix, or *ppBitStream, is null.
+ * @retval zvpStatusBadVlcInput  a run leads past the block. pDstBlock holds the coefficients so far, else 0, without
+ *                               mismatch control.
+ * @retval zvpStatusOk           done.
+ */
+ZVP_API zvpStatus zvpiReconstructDCTBlock_MPEG2_32s(const uint32_t **ppBitStream, int32_t *pBitOffset,
+                                                    const int32_t *pDCTable, const int32_t *pACTable,
+                                                    const int32_t *pScanMatrix, int32_t QP, const int16_t *pQPMatrix,
+                                                    int16_t *pDstBlock, int32_t *pDstSize);
+
+/**
+ * Decodes an intra block of MPEG-1. The predictor holds the DC as the block does, eight times the coded one.
+ *
+ * @param[in,out] ppBitStream   address of the pointer to the current word
+ * @param[in,out] pBitOffset    index of the next bit, 31 to 0; not checked
+ * @param[in]     pDCSizeTable  value table of dct_dc_size
+ * @param[in]     pACTable      run-level table for all other coefficients
+ * @param[in]     pScanMatrix   64 raster positions, 0 to 63, by scan index
+ * @param[in]     QP            quantizer scale, any value
+ * @param[in]     pQPMatrix     64 weights, raster order; the DC's has no part
+ * @param[in,out] pDCPred       DC of the block before; receives this one's, also where the rest of the block is bad
+ * @param[out]    pDstBlock     receives 64 coefficients, raster order
+ * @param[out]    pDstSize      receives the scan index of the last coefficient, 0 if there is the DC alone; not written
+ *                              on error
+ *
+ * Reads:  the stream and the tables as far as the codes lead; entries of pScanMatrix and pQPMatrix.
+ * Writes: 128 bytes of pDstBlock, 4 of pDstSize, 2 of pDCPred, the cursor. Nothing may overlap pDstBlock.
+ *
+ * @retval zvpStatusNullPointer  a pointer or *ppBitStream is null.
+ * @retval zvpStatusBadVlcInput  a run leads past the block. pDstBlock holds the coefficients so far, else 0.
+ * @retval zvpStatusOk           done.
+ */
+ZVP_API zvpStatus zvpiReconstructDCTBlockIntra_MPEG1_32s(const uint32_t **ppBitStream, int32_t *pBitOffset,
+                                                         const int32_t *pDCSizeTable, const int32_t *pACTable,
+                                                         const int32_t *pScanMatrix, int32_t QP,
+                                                         const int16_t *pQPMatrix, int16_t *pDCPred, int16_t *pDstBlock,
+                                                         int32_t *pDstSize);
+
+/**
+ * Decodes an intra block of MPEG-2. The predictor holds the DC unshifted, as it is coded. Of the values of pDCSizeTable
+ * 8 bits with their sign are used.
+ *
+ * @param[in,out] ppBitStream   address of the pointer to the current word
+ * @param[in,out] pBitOffset    index of the next bit, 31 to 0; not checked
+ * @param[in]     pDCSizeTable  value table of dct_dc_size
+ * @param[in]     pACTable      run-level table for all other coefficients
+ * @param[in]     pScanMatrix   64 raster positions, 0 to 63, by scan index
+ * @param[in]     QP            quantizer scale, any value
+ * @param[in]     pQPMatrix     64 weights, raster order; the DC's has no part
+ * @param[in,out] pDCPred       DC of the block before; receives this one's, also where the rest of the block is bad
+ * @param[in]     shiftDCVal    left shift of the DC, 3 - intra_dc_precision; taken modulo 32
+ * @param[out]    pDstBlock     receives 64 coefficients, raster order
+ * @param[out]    pDstSize      receives the scan index of the last coefficient, 0 if there is the DC alone; not written
+ *                              on error
+ *
+ * Reads:  the stream and the tables as far as the codes lead; entries of pScanMatrix and pQPMatrix.
+ * Writes: 128 bytes of pDstBlock, 4 of pDstSize, 2 of pDCPred, the cursor. Nothing may overlap pDstBlock.
+ *
+ * @retval zvpStatusNullPointer  a pointer or *ppBitStream is null.
+ * @retval zvpStatusBadVlcInput  a run leads past the block. pDstBlock holds the coefficients so far, else 0, without
+ *                               mismatch control.
+ * @retval zvpStatusOk           done.
+ */
+ZVP_API zvpStatus zvpiReconstructDCTBlockIntra_MPEG2_32s(const uint32_t **ppBitStream, int32_t *pBitOffset,
+                                                         const int32_t *pDCSizeTable, const int32_t *pACTable,
+                                                         const int32_t *pScanMatrix, int32_t QP,
+                                                         const int16_t *pQPMatrix, int16_t *pDCPred, int32_t shiftDCVal,
+                                                         int16_t *pDstBlock, int32_t *pDstSize);
 
 /** @} */ /* mpeg_dct_block_reconstruction */
 
