@@ -2492,8 +2492,8 @@ ZVP_API zvpStatus zvpiDecodeHuffmanPair_1u16s(const uint32_t **ppBitStream, int3
  *
  * The first coefficient. Intra: a code of pDCSizeTable gives the number of bits of the difference d that follows. One
  * whose first bit is 0 is negative: its bits less 2^size - 1. A size that is not 0 to 32, as a bad code's is, counts as
- * 0. Non-intra: a 1 is followed by the sign of a level of 1 with run 0; a 0 is the first bit of a code of pDCTable, which
- * may be its escape.
+ * 0. Non-intra: a 1 is followed by the sign of a level of 1 with run 0; a 0 is the first bit of a code of pDCTable,
+ * which may be its escape.
  *
  * The others, up to the end of block: a code of pACTable, or its escape. The scan index moves on by run + 1; beyond 63
  * is the one error. A bad code means run 241 and so ends there.
