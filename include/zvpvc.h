@@ -5551,15 +5551,311 @@ ZVP_API zvpStatus zvpiGenScaleLevel4x4_H264_8u16s_C1(const uint8_t *pScalingList
 
 /**
  * @defgroup vc1_vc_1_interpolation VC-1 interpolation
+ *
+ * Motion compensation of VC-1 at quarter-sample positions (SMPTE 421M 8.3.6.5): bicubic for luma, bilinear for luma and
+ * chroma, on bytes; _C1R for one plane, _C2R for a plane of interleaved chroma pairs. There are two layers. The QP
+ * functions predict from samples that are all there. The IC functions take a whole reference plane and a place in it:
+ * they pad what lies outside, map the samples for intensity compensation, and hand the result to the QP function.
+ *
+ * With p(x, y) the source samples around the block, rc the rounding control, and every shift arithmetic:
+ *
+ * Bilinear: ((4-dx) (4-dy) p(x, y) + dx (4-dy) p(x+1, y) + (4-dx) dy p(x, y+1) + dx dy p(x+1, y+1) + 8 - rc) >> 4.
+ *
+ * Bicubic: a filter of four taps over the positions -1, 0, 1, 2: (-4, 53, 18, -3) for a fraction of 1, (-1, 9, 9, -1)
+ * for 2, (-3, 18, 53, -4) for 3. By the fractions, results clipped to 0..255 at the end:
+ *
+ * | dx, dy    | result                                                                                        |
+ * |-----------|-----------------------------------------------------------------------------------------------|
+ * | both 0    | the sample                                                                                    |
+ * | dx 0      | (vertical sum + 2^(S-1) - 1 + rc) >> S, where S is 6, 4, 6 for dy 1, 2, 3                     |
+ * | dy 0      | (horizontal sum + 2^(S-1) - rc) >> S, where S is 6, 4, 6 for dx 1, 2, 3                       |
+ * | neither 0 | (horizontal sum of t + 64 - rc) >> 7, where t is (vertical sum + 2^(S-1) - 1 + rc) >> S, not  |
+ * |           | clipped, and S is 5 with both fractions odd, 3 with one of them odd, 1 with none              |
+ *
+ * Reach of a block of W x H samples, columns and rows counted from its top left one: of the source the samples that
+ * have a weight and no other. Bilinear: columns 0..W-1, to W where dx is not 0; rows 0..H-1, to H where dy is not 0.
+ * Bicubic: columns -1..W+1 where dx is not 0, rows -1..H+1 where dy is not 0. Exactly the block is written. It must not
+ * overlap the source or the maps; maps may be one. Steps are not checked and may be negative.
+ *
+ * Sizes that are none of the listed ones are not refused: they run the kernel that the text names, which reads and
+ * writes its own size.
  * @{
  */
+
+/** A block and its place between samples, for the QP functions. */
+typedef struct zvpInterpolationBlock {
+  const uint8_t *pSrc;  /**< Source at the whole-sample position of the block's top left sample. */
+  int32_t srcStep;      /**< Distance between rows of the source, in bytes. */
+  uint8_t *pDst;        /**< The block that is written. */
+  int32_t dstStep;      /**< Distance between rows of the block, in bytes. */
+  int32_t dx;           /**< Horizontal fraction in quarters, 0 to 3. */
+  int32_t dy;           /**< Vertical fraction in quarters, 0 to 3. */
+  zvpSize roiSize;      /**< Size of the block in samples; of interleaved chroma, in pairs. */
+  int32_t roundControl; /**< 0 or 1. The bilinear functions look at its lowest bit only. */
+} zvpInterpolationBlock;
+
+/** A reference plane and a block in it, for the IC functions. */
+typedef struct zvpInterpolationICBlock {
+  const uint8_t *pSrc;       /**< Sample (0, 0) of the reference frame, or of the reference field. */
+  int32_t srcStep;           /**< Distance between rows of the frame, in bytes, for a field as well. */
+  uint8_t *pDst;             /**< The block that is written. */
+  int32_t dstStep;           /**< Distance between rows of the block, in bytes. */
+  const uint8_t *pLUTTop;    /**< 256 bytes that rows of the top field are mapped by, or null. */
+  const uint8_t *pLUTBottom; /**< 256 bytes that rows of the bottom field are mapped by, or null. */
+  zvpSize frameSize;         /**< Size of the frame in samples, of interleaved chroma in pairs, for a field as well. */
+  zvpSize blockSize;         /**< Size of the block in samples; of interleaved chroma, in pairs. */
+  zvpPoint blockPos;         /**< Place of the block: x in samples, of interleaved chroma in bytes (and even); y in rows
+                                  of the frame or the field. Any place, also outside. */
+  int32_t dx;                /**< Horizontal fraction in quarters, 0 to 3. */
+  int32_t dy;                /**< Vertical fraction in quarters, 0 to 3. */
+  int32_t oppositePadding;   /**< Not 0: rows beyond a frame repeat the last row of their own parity. */
+  int32_t fieldPrediction;   /**< Not 0: the reference is a field: every second row of the frame. */
+  int32_t roundControl;      /**< 0 or 1. The bilinear functions look at its lowest bit only. */
+  int32_t isPredBottom;      /**< With fieldPrediction: not 0 if the reference is the bottom field. */
+} zvpInterpolationICBlock;
+
+/**
+ * Bicubic prediction of a block.
+ *
+ * @param[in] pBlock  the block: 8x8, 16x8, 8x16 or 16x16. The kernel goes by (width >> 4) + (height >> 4): 0 is 8x8,
+ *                    1 is 16x8 (which is all that is written of 8x16), 2 is 16x16. dx, dy, roundControl and sums
+ *                    beyond 2 are not checked: what other values do is undefined.
+ *
+ * Reads:  the record; the bicubic reach of the family.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pBlock, its pSrc or its pDst is null. The only check.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateQPBicubic_VC1_8u_C1R(const zvpInterpolationBlock *pBlock);
+
+/**
+ * Bilinear prediction of a block.
+ *
+ * @param[in] pBlock  the block: 16x16, 8x8, 8x4 or 4x4. A width of 16 runs the 16x16 kernel whatever the height, a
+ *                    width of 8 the 8x8 kernel for height 8 and else the 8x4 one, any other width the 4x4 kernel. Of
+ *                    dx and dy the two lowest bits count.
+ *
+ * Reads:  the record; the bilinear reach of the family.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pBlock, its pSrc or its pDst is null. The only check.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateQPBilinear_VC1_8u_C1R(const zvpInterpolationBlock *pBlock);
+
+/**
+ * Bilinear prediction of a block of interleaved chroma pairs.
+ *
+ * Each component by itself: the sample to the right is the one of the next pair.
+ *
+ * @param[in] pBlock  the block: 8x8, 8x4 or 4x4 pairs. A width of 8 runs the 8x8 kernel for height 8 and else the 8x4
+ *                    one, any other width the 4x4 kernel. Of dx and dy the two lowest bits count.
+ *
+ * Reads:  the record; the bilinear reach of the family, in pairs.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pBlock, its pSrc or its pDst is null. The only check.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateQPBilinear_VC1_8u_C2R(const zvpInterpolationBlock *pBlock);
+
+/**
+ * Bicubic prediction of a block by its place in a plane, with padding and intensity compensation.
+ *
+ * The neighbourhood is the block with one row and column before it and two behind it, whatever the fractions. If it
+ * lies in the picture (the frame, or the field with half the frame's rows, rounded down) and both maps are null, the
+ * prediction is made from the plane itself. Otherwise the neighbourhood is copied and predicted from there. What lies
+ * outside the picture repeats the nearest sample inside, with one exception: with oppositePadding, rows above a frame
+ * repeat row 0 or 1, and rows below its last or last but one, each the one of its own parity; rows above a field repeat
+ * row 0 of the frame and rows below it the frame's last row, whichever field is the reference.
+ *
+ * Copies pass through a map; a null map leaves samples as they are. For a field it is the field's own map, but with
+ * oppositePadding rows above pass through pLUTTop and rows below through pLUTBottom. For a frame it is pLUTTop for even
+ * rows and pLUTBottom for odd ones, as far as the following, required as it stands, does not depart from that. A is
+ * pLUTTop and B pLUTBottom; if y, the block's place, is even and at least 1, the two are exchanged.
+ *   1. Rows within the picture: the first has A, the next B, and so on in turn.
+ *   2. Without oppositePadding: rows above have A and rows below B.
+ *   3. With it, rows above: upward from the picture B, A, B and so on in turn; if no row is within the picture and y is
+ *      odd, A and B are exchanged first.
+ *   4. With it, rows below: downward B, A, B and so on in turn. If their number is odd, A and B are exchanged first,
+ *      but not if no row is within the picture and y is even.
+ *   5. If no column is within the picture: A for the neighbourhood's first row, B for the second, and so on in turn,
+ *      with A and B as 3 and 4 have left them; and rows above and below a field repeat the field's own rows.
+ * Also required: of a neighbourhood that lies wholly to the left of the picture, with a block 16 wide, all columns but
+ * the first have the sample that belongs to the row below; only the last row has its own.
+ *
+ * @param[in] pBlock  plane, maps, place and fractions. Block widths and heights 1 to 16, meant to be 8 or 16; the
+ *                    kernel is that of zvpiInterpolateQPBicubic_VC1_8u_C1R(), and where it is larger than the block,
+ *                    samples beyond the neighbourhood that was copied count as 0. Frames of at least one sample; with
+ *                    fieldPrediction or oppositePadding of at least two rows, meant to be an even number.
+ *
+ * Reads:  the record; of the plane, samples of the neighbourhood and those that it is padded with, all in the frame;
+ *         without a copy, the reach of the QP function. Of a map, any of its 256 bytes.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pBlock, its pSrc or its pDst is null. The only check.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateICBicubicBlock_VC1_8u_C1R(const zvpInterpolationICBlock *pBlock);
+
+/**
+ * Bilinear prediction of a block by its place in a plane, with padding and intensity compensation.
+ *
+ * As zvpiInterpolateICBicubicBlock_VC1_8u_C1R(), with the same neighbourhood and padding, and
+ * zvpiInterpolateQPBilinear_VC1_8u_C1R() behind it.
+ *
+ * @param[in] pBlock  plane, maps, place and fractions. Block widths and heights 1 to 16, meant to be 16x16, 8x8, 8x4 or
+ *                    4x4.
+ *
+ * Reads:  the record; of the plane, samples of the neighbourhood and those that it is padded with, all in the frame;
+ *         without a copy, the reach of the QP function. Of a map, any of its 256 bytes.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pBlock, its pSrc or its pDst is null. The only check.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateICBilinearBlock_VC1_8u_C1R(const zvpInterpolationICBlock *pBlock);
+
+/**
+ * Bilinear prediction of a block of interleaved chroma pairs by its place in a plane, with padding and intensity
+ * compensation.
+ *
+ * As zvpiInterpolateICBilinearBlock_VC1_8u_C1R(), with pairs for samples; blockPos.x alone counts bytes. Both
+ * components are mapped alike.
+ *
+ * @param[in] pBlock  plane, maps, place and fractions. Block widths and heights 1 to 16 pairs, meant to be 8x8, 8x4 or
+ *                    4x4.
+ *
+ * Reads:  the record; of the plane, pairs of the neighbourhood and those that it is padded with, all in the frame;
+ *         without a copy, the reach of the QP function. Of a map, any of its 256 bytes.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pBlock, its pSrc or its pDst is null. The only check.
+ * @retval zvpStatusOk           The block is written.
+ */
+ZVP_API zvpStatus zvpiInterpolateICBilinearBlock_VC1_8u_C2R(const zvpInterpolationICBlock *pBlock);
 
 /** @} */ /* vc1_vc_1_interpolation */
 
 /**
  * @defgroup vc1_vc_1_deblocking VC-1 deblocking
+ *
+ * The in-loop filter of VC-1 (SMPTE 421M 8.6), in place: one call an edge of a macroblock. Across the edge a line has
+ * eight samples, P1 to P4 before the edge and P5 to P8 behind it; P4 and P5, next to the edge, are all that changes.
+ * For each line, with divisions that truncate towards zero and arithmetic shifts:
+ *
+ * 1. clip = (P4 - P5) / 2. The line fails if clip is 0.
+ * 2. a0 = (2 (P3 - P6) - 5 (P4 - P5) + 4) >> 3. The line fails if |a0| >= pQuant.
+ * 3. a1 = (2 (P1 - P4) - 5 (P2 - P3) + 4) >> 3, a2 = (2 (P5 - P8) - 5 (P6 - P7) + 4) >> 3, a3 = min(|a1|, |a2|). The
+ *    line fails if a3 >= |a0|.
+ * 4. d = 5 (sign(a0) a3 - a0) / 8, or 0 if it has not the sign of clip, or clip if |d| > |clip|. P4 becomes P4 - d
+ *    and P5 becomes P5 + d.
+ *
+ * Lines come in groups of four. The third line of a group decides: if it fails, none of the four is filtered, whatever
+ * the others hold. If it passes, also with a d of 0, each of the others is filtered unless it fails by itself.
+ *
+ * pSrcDst is at P5 of the first line: the first sample to the right of a vertical edge or below a horizontal one.
+ * pQuant is not checked; values below 1 filter nothing.
+ *
+ * Reads:  the eight samples of each line of the groups that are not disabled. A disabled group is not read.
+ * Writes: P4 and P5 of these lines; what does not change may be written back as it was.
+ * Steps:  any value, negative too.
  * @{
  */
+
+/**
+ * A vertical luma edge: 16 rows.
+ *
+ * @param[in,out] pSrcDst           the sample to the right of the edge in its first row
+ * @param[in]     pQuant            quantizer scale of the picture
+ * @param[in]     srcDstStep        distance from one row to the next, in bytes
+ * @param[in]     edgeDisabledFlag  bits 0, 1, 2 and 3 disable rows 0-3, 4-7, 8-11 and 12-15; others are ignored
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null. The only check.
+ * @retval zvpStatusOk           The edge is filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingLuma_VerEdge_VC1_8u_C1IR(uint8_t *pSrcDst, int32_t pQuant, int32_t srcDstStep,
+                                                               uint32_t edgeDisabledFlag);
+
+/**
+ * A horizontal luma edge: 16 columns.
+ *
+ * @param[in,out] pSrcDst           the sample below the edge in its first column
+ * @param[in]     pQuant            quantizer scale of the picture
+ * @param[in]     srcDstStep        distance from one row to the next, in bytes
+ * @param[in]     edgeDisabledFlag  bits 0, 1, 2 and 3 disable columns 0-3, 4-7, 8-11 and 12-15; others are ignored
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null. The only check.
+ * @retval zvpStatusOk           The edge is filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingLuma_HorEdge_VC1_8u_C1IR(uint8_t *pSrcDst, int32_t pQuant, int32_t srcDstStep,
+                                                               uint32_t edgeDisabledFlag);
+
+/**
+ * A vertical edge of a chroma plane: 8 rows.
+ *
+ * @param[in,out] pSrcDst           the sample to the right of the edge in its first row
+ * @param[in]     pQuant            quantizer scale of the picture
+ * @param[in]     srcDstStep        distance from one row to the next, in bytes
+ * @param[in]     edgeDisabledFlag  bit 0 or 1 disables rows 0-3, bit 2 or 3 rows 4-7; others are ignored
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null. The only check.
+ * @retval zvpStatusOk           The edge is filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma_VerEdge_VC1_8u_C1IR(uint8_t *pSrcDst, int32_t pQuant, int32_t srcDstStep,
+                                                                 uint32_t edgeDisabledFlag);
+
+/**
+ * A horizontal edge of a chroma plane: 8 columns.
+ *
+ * @param[in,out] pSrcDst           the sample below the edge in its first column
+ * @param[in]     pQuant            quantizer scale of the picture
+ * @param[in]     srcDstStep        distance from one row to the next, in bytes
+ * @param[in]     edgeDisabledFlag  bit 0 or 1 disables columns 0-3, bit 2 or 3 columns 4-7; others are ignored
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null. The only check.
+ * @retval zvpStatusOk           The edge is filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma_HorEdge_VC1_8u_C1IR(uint8_t *pSrcDst, int32_t pQuant, int32_t srcDstStep,
+                                                                 uint32_t edgeDisabledFlag);
+
+/**
+ * A vertical edge of a plane of interleaved chroma pairs: 8 rows of each component.
+ *
+ * U is at even bytes from pSrcDst, V at odd ones: their samples P1 to P8 lie two bytes apart. Each component is
+ * filtered by itself, with its own flag.
+ *
+ * @param[in,out] pSrcDst            the pair to the right of the edge in its first row
+ * @param[in]     pQuant             quantizer scale of the picture
+ * @param[in]     srcDstStep         distance from one row to the next, in bytes
+ * @param[in]     uEdgeDisabledFlag  of U: bit 0 or 1 disables rows 0-3, bit 2 or 3 rows 4-7; others are ignored
+ * @param[in]     vEdgeDisabledFlag  of V, likewise
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null. The only check.
+ * @retval zvpStatusOk           The edge is filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma_VerEdge_VC1_8u_C2IR(uint8_t *pSrcDst, int32_t pQuant, int32_t srcDstStep,
+                                                                 uint32_t uEdgeDisabledFlag,
+                                                                 uint32_t vEdgeDisabledFlag);
+
+/**
+ * A horizontal edge of a plane of interleaved chroma pairs: 8 columns of each component.
+ *
+ * U is at even bytes from pSrcDst, V at odd ones. Each component is filtered by itself, with its own flag.
+ *
+ * @param[in,out] pSrcDst            the pair below the edge in its first column
+ * @param[in]     pQuant             quantizer scale of the picture
+ * @param[in]     srcDstStep         distance from one row to the next, in bytes
+ * @param[in]     uEdgeDisabledFlag  of U: bit 0 or 1 disables columns 0-3, bit 2 or 3 columns 4-7; others are ignored
+ * @param[in]     vEdgeDisabledFlag  of V, likewise
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null. The only check.
+ * @retval zvpStatusOk           The edge is filtered.
+ */
+ZVP_API zvpStatus zvpiFilterDeblockingChroma_HorEdge_VC1_8u_C2IR(uint8_t *pSrcDst, int32_t pQuant, int32_t srcDstStep,
+                                                                 uint32_t uEdgeDisabledFlag,
+                                                                 uint32_t vEdgeDisabledFlag);
 
 /** @} */ /* vc1_vc_1_deblocking */
 
