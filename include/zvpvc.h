@@ -5523,15 +5523,424 @@ ZVP_API zvpStatus zvpiGenScaleLevel4x4_H264_8u16s_C1(const uint8_t *pScalingList
 
 /**
  * @defgroup mpeg4_mpeg_4_quantization_contexts MPEG-4 quantization contexts
+ *
+ * Quantization of a block in place and its inverse (ISO/IEC 14496-2 7.4.4), for samples of 4 to 12 bits. What holds for
+ * many blocks, namely the weighting matrix or that there is none, and the sample depth, is kept in a context that the
+ * caller places in memory of its own. There are four kinds: forward or inverse, for inter or intra blocks. A call
+ * refuses a context of another kind.
+ *
+ * A context is made in two steps: the kind's GetSize tells how many bytes to provide, its Init fills them in. Each
+ * function finds the context at the first multiple of 16 from pSpec on, so memory of any alignment will do, as long as
+ * it stays where it is. A context is only read by the block functions: one serves any number of threads. There is
+ * nothing to be freed but the caller's own memory.
+ *
+ * A block is 64 int16_t in raster order; so are the weights, bytes of 1 to 255. "Flat" is quantization without a
+ * matrix, the standard's second method (7.4.4.2); with a matrix it is the first (7.4.4.1). Products have 32 bits and
+ * wrap; forward products by reciprocals are unsigned. Shifts of negative numbers round down; a division drops the
+ * fraction. Limited to a..b means: below a becomes a, above b becomes b.
+ *
+ * QP is the quantizer, 1 to the depth's maximum:
+ *
+ * | bitsPerPixel |    4 |    5 |    6 |     7 |     8 |     9 |    10 |     11 |     12 |
+ * |--------------|------|------|------|-------|-------|-------|-------|--------|--------|
+ * | largest QP   |    1 |    3 |    7 |    15 |    31 |    63 |   127 |    255 |    511 |
+ * | min          | -128 | -256 | -512 | -1024 | -2048 | -4096 | -8192 | -16384 | -32768 |
+ * | max          |  127 |  255 |  511 |  1023 |  2047 |  4095 |  8191 |  16383 |  32767 |
+ *
+ * min and max are the range of inverse results; forward results are limited to -2047..2047 at all depths.
+ *
+ * The DC scaler d of the intra functions (table 7-1): 8 for QP below 5. Above that for luma 2 * QP up to QP 8, QP + 8
+ * up to 24, 2 * QP - 16 from 25 on; for chroma (QP + 13) >> 1 up to QP 24, QP - 6 from 25 on.
+ *
+ * No pointer to a block needs to be aligned.
  * @{
  */
+
+/**
+ * Bytes to provide for a context of the forward inter quantizer: 412, whatever its address.
+ *
+ * @param[out] pSize  receives the size
+ *
+ * @retval zvpStatusNullPointer  pSize is null.
+ * @retval zvpStatusOk           *pSize is written.
+ */
+ZVP_API zvpStatus zvpiQuantInterGetSize_MPEG4(int32_t *pSize);
+
+/**
+ * Fills in a context of the forward inter quantizer.
+ *
+ * Up to 8 bits per sample the quantizer works with reciprocals, which are computed here; above, it divides.
+ *
+ * @param[in]  pQuantMatrix  64 weights in raster order, 1 to 255; null: flat
+ * @param[out] pSpec         memory of zvpiQuantInterGetSize_MPEG4() bytes
+ * @param[in]  bitsPerPixel  sample depth, 4 to 12; not checked, but with any other the quantizer refuses every QP
+ *
+ * Reads:  64 bytes of pQuantMatrix, where given.
+ * Writes: within 396 bytes from the first multiple of 16 on. pQuantMatrix must not lie there.
+ *
+ * @retval zvpStatusNullPointer   pSpec is null; nothing is written.
+ * @retval zvpStatusBadQuantizer  A weight is 0. Depth, identification and the weights before it have been written,
+ *                                the rest is as it was: the context must not be used.
+ * @retval zvpStatusOk            The context is ready.
+ */
+ZVP_API zvpStatus zvpiQuantInterInit_MPEG4(const uint8_t *pQuantMatrix, void *pSpec, int32_t bitsPerPixel);
+
+/**
+ * Bytes to provide for a context of the forward intra quantizer: 412, whatever its address.
+ *
+ * @param[out] pSize  receives the size
+ *
+ * @retval zvpStatusNullPointer  pSize is null.
+ * @retval zvpStatusOk           *pSize is written.
+ */
+ZVP_API zvpStatus zvpiQuantIntraGetSize_MPEG4(int32_t *pSize);
+
+/**
+ * Fills in a context of the forward intra quantizer.
+ *
+ * @param[in]  pQuantMatrix  64 weights in raster order, 1 to 255; null: flat
+ * @param[out] pSpec         memory of zvpiQuantIntraGetSize_MPEG4() bytes
+ * @param[in]  bitsPerPixel  sample depth, 4 to 12; not checked, but with any other the quantizer refuses every QP
+ *
+ * Reads, writes and statuses are those of zvpiQuantInterInit_MPEG4().
+ *
+ * @retval zvpStatusNullPointer   pSpec is null; nothing is written.
+ * @retval zvpStatusBadQuantizer  A weight is 0. The context must not be used.
+ * @retval zvpStatusOk            The context is ready.
+ */
+ZVP_API zvpStatus zvpiQuantIntraInit_MPEG4(const uint8_t *pQuantMatrix, void *pSpec, int32_t bitsPerPixel);
+
+/**
+ * Bytes to provide for a context of the inverse inter quantizer: 156, whatever its address.
+ *
+ * @param[out] pSize  receives the size
+ *
+ * @retval zvpStatusNullPointer  pSize is null.
+ * @retval zvpStatusOk           *pSize is written.
+ */
+ZVP_API zvpStatus zvpiQuantInvInterGetSize_MPEG4(int32_t *pSize);
+
+/**
+ * Fills in a context of the inverse inter quantizer.
+ *
+ * @param[in]  pQuantMatrix  64 weights in raster order, 1 to 255; null: flat
+ * @param[out] pSpec         memory of zvpiQuantInvInterGetSize_MPEG4() bytes
+ * @param[in]  bitsPerPixel  sample depth, 4 to 12
+ *
+ * Reads:  64 bytes of pQuantMatrix, where given.
+ * Writes: within 140 bytes from the first multiple of 16 on. pQuantMatrix must not lie there.
+ *
+ * @retval zvpStatusNullPointer   pSpec is null; nothing is written.
+ * @retval zvpStatusOutOfRange    bitsPerPixel is below 4 or above 12; nothing is written.
+ * @retval zvpStatusBadQuantizer  A weight is 0. Depth, identification and the weights before it have been written,
+ *                                the rest is as it was: the context must not be used.
+ * @retval zvpStatusOk            The context is ready.
+ */
+ZVP_API zvpStatus zvpiQuantInvInterInit_MPEG4(const uint8_t *pQuantMatrix, void *pSpec, int32_t bitsPerPixel);
+
+/**
+ * Bytes to provide for a context of the inverse intra quantizer: 156, whatever its address.
+ *
+ * @param[out] pSize  receives the size
+ *
+ * @retval zvpStatusNullPointer  pSize is null.
+ * @retval zvpStatusOk           *pSize is written.
+ */
+ZVP_API zvpStatus zvpiQuantInvIntraGetSize_MPEG4(int32_t *pSize);
+
+/**
+ * Fills in a context of the inverse intra quantizer.
+ *
+ * @param[in]  pQuantMatrix  64 weights in raster order, 1 to 255; null: flat
+ * @param[out] pSpec         memory of zvpiQuantInvIntraGetSize_MPEG4() bytes
+ * @param[in]  bitsPerPixel  sample depth, 4 to 12
+ *
+ * Reads, writes and statuses are those of zvpiQuantInvInterInit_MPEG4().
+ *
+ * @retval zvpStatusNullPointer   pSpec is null; nothing is written.
+ * @retval zvpStatusOutOfRange    bitsPerPixel is below 4 or above 12; nothing is written.
+ * @retval zvpStatusBadQuantizer  A weight is 0. The context must not be used.
+ * @retval zvpStatusOk            The context is ready.
+ */
+ZVP_API zvpStatus zvpiQuantInvIntraInit_MPEG4(const uint8_t *pQuantMatrix, void *pSpec, int32_t bitsPerPixel);
+
+/**
+ * Forward quantization of an inter block.
+ *
+ * Each element x becomes y, which has the sign of x and a magnitude of at most 2047. With R = 65536 / (2 * QP) + 1:
+ *
+ *     depth     flat                                  with weight w
+ *     4 to 8    (max(|x| - QP / 2, 0) * R) >> 16      (R * (((w / 2 + 16 * |x|) * (65536 / w + 1)) >> 16)) >> 16
+ *     9 to 12   max(|x| - QP / 2, 0) / (2 * QP)       (16 * |x| + w / 2) / w / (2 * QP)
+ *
+ * @param[in,out] pCoef          the block
+ * @param[in]     pSpec          context made by zvpiQuantInterInit_MPEG4()
+ * @param[in]     QP             quantizer, see the group's table
+ * @param[out]    pCountNonZero  receives the number of non-zero results, 0 to 64; not written on error
+ *
+ * Reads:  the block and the context.
+ * Writes: the block, *pCountNonZero. They must not overlap.
+ *
+ * @retval zvpStatusNullPointer   pCoef, pSpec or pCountNonZero is null.
+ * @retval zvpStatusBadContext    The context is not one of this quantizer.
+ * @retval zvpStatusBadQuantizer  QP is below 1 or above the maximum of the context's depth.
+ * @retval zvpStatusOk            Done.
+ */
+ZVP_API zvpStatus zvpiQuantInter_MPEG4_16s_C1I(int16_t *pCoef, const void *pSpec, int32_t QP, int32_t *pCountNonZero);
+
+/**
+ * Forward quantization of an intra block.
+ *
+ * Element 0, the DC: with the scaler d, |x| below (d + 1) / 2 gives 0, otherwise the magnitude is (|x| + d / 2) / d, at
+ * most 2047. Each other element x becomes y, which has the sign of x and a magnitude of at most 2047. With
+ * R = 65536 / (2 * QP) + 1 and k = (3 * QP + 2) / 4:
+ *
+ *     depth     flat               with weight w
+ *     4 to 8    (|x| * R) >> 16    ((k + (((w / 2 + 16 * |x|) * (65536 / w + 1)) >> 16)) * R) >> 16
+ *     9 to 12   |x| / (2 * QP)     (k + (16 * |x| + w / 2) / w) / (2 * QP)
+ *
+ * @param[in,out] pCoef          the block
+ * @param[in]     pSpec          context made by zvpiQuantIntraInit_MPEG4()
+ * @param[in]     QP             quantizer, see the group's table
+ * @param[out]    pCountNonZero  receives the number of non-zero results, the DC's too, 0 to 64; not written on error
+ * @param[in]     blockType      which DC scaler: 0 luma, any other value chroma
+ *
+ * Reads:  the block and the context.
+ * Writes: the block, *pCountNonZero. They must not overlap.
+ *
+ * @retval zvpStatusNullPointer   pCoef, pSpec or pCountNonZero is null.
+ * @retval zvpStatusBadContext    The context is not one of this quantizer.
+ * @retval zvpStatusBadQuantizer  QP is below 1 or above the maximum of the context's depth.
+ * @retval zvpStatusOk            Done.
+ */
+ZVP_API zvpStatus zvpiQuantIntra_MPEG4_16s_C1I(int16_t *pCoef, const void *pSpec, int32_t QP, int32_t *pCountNonZero,
+                                               int32_t blockType);
+
+/**
+ * Inverse quantization of an inter block (7.4.4.1, 7.4.4.2), with mismatch control where there is a matrix.
+ *
+ * Of elements 0 to indxLastNonZero, x above 0 becomes v, at most max, and x below 0 becomes v, at least min:
+ *
+ *            flat                           with weight w
+ *     x > 0  2 * x * QP + QP - e            ((2 * x + 1) * w * QP) >> 4
+ *     x < 0  2 * x * QP - QP + e            ((2 * x - 1) * w * QP + 15) >> 4
+ *
+ * e being 1 for even QP and 0 for odd. Zeros stay. With a matrix follows the mismatch control: if the sum of the
+ * results of these elements is even, element 63 is incremented if it is even and decremented if it is odd.
+ *
+ * Products wrap at 32 bits from QP 129 on with extreme coefficients. The one bound is applied to what is left, of which
+ * the low 16 bits are stored.
+ *
+ * @param[in,out] pCoef            the block
+ * @param[in]     indxLastNonZero  raster index of the last element to work on, at most 63; below 0 there is none
+ * @param[in]     pSpec            context made by zvpiQuantInvInterInit_MPEG4()
+ * @param[in]     QP               quantizer, see the group's table
+ *
+ * Reads:  elements 0 to indxLastNonZero, with a matrix element 63 too, and the context.
+ * Writes: the same elements.
+ *
+ * @retval zvpStatusNullPointer   pCoef or pSpec is null.
+ * @retval zvpStatusBadContext    The context is not one of this quantizer.
+ * @retval zvpStatusBadQuantizer  QP is below 1 or above the maximum of the context's depth.
+ * @retval zvpStatusOk            Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvInter_MPEG4_16s_C1I(int16_t *pCoef, int32_t indxLastNonZero, const void *pSpec,
+                                                  int32_t QP);
+
+/**
+ * Inverse quantization of an intra block (7.4.4.1, 7.4.4.2), with mismatch control where there is a matrix.
+ *
+ * Element 0, the DC, becomes d * x limited to min..max. Of elements 1 to indxLastNonZero, flat ones become what
+ * zvpiQuantInvInter_MPEG4_16s_C1I() makes of them; with weight w, x above 0 becomes (w * x * QP) >> 3, at most max, and
+ * x below 0 becomes (w * x * QP + 7) >> 3, at least min. Zeros stay.
+ *
+ * With a matrix follows the mismatch control: if the sum of the results, the DC's included, is even, element 63 is
+ * incremented if it is even and decremented if it is odd; but with indxLastNonZero below 1 it is set to 1, whatever it
+ * was.
+ *
+ * Products wrap at 32 bits as told for zvpiQuantInvInter_MPEG4_16s_C1I().
+ *
+ * @param[in,out] pCoef            the block
+ * @param[in]     indxLastNonZero  raster index of the last element to work on, at most 63; below 1 it is the DC alone
+ * @param[in]     pSpec            context made by zvpiQuantInvIntraInit_MPEG4()
+ * @param[in]     QP               quantizer, see the group's table
+ * @param[in]     blockType        which DC scaler: 0 luma, any other value chroma
+ *
+ * Reads:  elements 0 to indxLastNonZero, with a matrix element 63 too, and the context.
+ * Writes: the same elements.
+ *
+ * @retval zvpStatusNullPointer   pCoef or pSpec is null.
+ * @retval zvpStatusBadContext    The context is not one of this quantizer.
+ * @retval zvpStatusBadQuantizer  QP is below 1 or above the maximum of the context's depth.
+ * @retval zvpStatusOk            Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvIntra_MPEG4_16s_C1I(int16_t *pCoef, int32_t indxLastNonZero, const void *pSpec,
+                                                  int32_t QP, int32_t blockType);
 
 /** @} */ /* mpeg4_mpeg_4_quantization_contexts */
 
 /**
  * @defgroup mpeg4_sprite_warping_and_global_motion MPEG-4: sprite warping and global motion
+ *
+ * Prediction from a sprite or, with global motion compensation, from a reference picture whose samples are found
+ * through a warp of the whole picture (ISO/IEC 14496-2 7.8). zvpiWarpInit_MPEG4() turns the warping points of a picture
+ * into a warp record; the block functions read it. The number of points selects the warp:
+ *
+ *     0     none: the block is copied from its own place
+ *     1     translation, in half or 1/16 samples
+ *     2, 3  affine, in 32-bit fixed point: increments for each column and row, scaled by a power of two
+ *     4     perspective, in double precision
+ *
+ * The caller provides the record's memory, as many bytes as zvpiWarpGetSize_MPEG4() tells and of any alignment: each
+ * function finds the record at the first multiple of 16 from pSpec on. Once made it is only read, by any number of
+ * threads. There is nothing to be freed but the caller's own memory.
+ *
+ * Rectangles and positions are in luma samples of the picture's coordinates, unless chroma is named. The sprite is
+ * spriteWidth * spriteHeight luma samples from (spriteX, spriteY) on; the chroma sprite starts at (spriteX / 2,
+ * spriteY / 2), fractions dropped, and measures (spriteWidth + 1) >> 1 by (spriteHeight + 1) >> 1. Where the warp leads
+ * out of the sprite, its nearest sample stands in: a block may lie anywhere. No sample outside the sprite is read.
+ *
+ * Integer arithmetic has 32 bits and wraps, and shift counts are taken modulo 32, so records of absurd points are as
+ * well defined as those of sensible ones. Steps may have any value, negative too; no samples need to be aligned.
  * @{
  */
+
+/**
+ * Bytes to provide for a warp record: 280, whatever its address.
+ *
+ * @param[out] pSize  receives the size
+ *
+ * @retval zvpStatusNullPointer  pSize is null.
+ * @retval zvpStatusOk           *pSize is written.
+ */
+ZVP_API zvpStatus zvpiWarpGetSize_MPEG4(int32_t *pSize);
+
+/**
+ * Makes the warp record of a picture from its warping points (7.8.4, 7.8.5).
+ *
+ * (pDU[k], pDV[k]) are the differences that the trajectory of point k is coded as, in half samples: point 0 is the top
+ * left corner of the picture rectangle, 1 the top right, 2 the bottom left, 3 the bottom right, and each is relative to
+ * point 0, the last one to points 1 and 2 as well.
+ *
+ * @param[out] pSpec             memory of zvpiWarpGetSize_MPEG4() bytes
+ * @param[in]  pDU               four horizontal differences; may be null with 0 points
+ * @param[in]  pDV               four vertical differences; may be null with 0 points
+ * @param[in]  numWarpingPoints  0 to 4; 4 with a static sprite only
+ * @param[in]  spriteType        1: static sprite; any other value: global motion compensation
+ * @param[in]  warpingAccuracy   0 to 3: half, quarter, 1/8 or 1/16 sample
+ * @param[in]  roundingType      the picture's rounding type, 0 or not; a static sprite counts as 0
+ * @param[in]  quarterSample     not 0: global vectors are in quarter samples, otherwise in half samples
+ * @param[in]  fcode             1 to 7: global vectors are clipped to -(16 << fcode)..(16 << fcode) - 1
+ * @param[in]  pSpriteRect       the sprite or reference picture; not tested for null
+ * @param[in]  pVopRect          the picture; not tested for null
+ *
+ * Reads:  the two rectangles; with points the first numWarpingPoints entries of pDU and of pDV.
+ * Writes: within 264 bytes from the first multiple of 16 on, which no input may overlap.
+ *
+ * @retval zvpStatusNullPointer  pSpec is null; nothing is written.
+ * @retval zvpStatusOutOfRange   numWarpingPoints is not 0 to 4; or it is 4 and spriteType is not 1; or warpingAccuracy
+ *                               is not 0 to 3 or fcode not 1 to 7. Nothing is written.
+ * @retval zvpStatusBadSize      A rectangle's width or height is below 1; nothing is written.
+ * @retval zvpStatusNullPointer  numWarpingPoints is not 0, and pDU or pDV is null. The record carries its
+ *                               identification but no warp, and must not be used.
+ * @retval zvpStatusOk           The record is ready.
+ */
+ZVP_API zvpStatus zvpiWarpInit_MPEG4(void *pSpec, const int32_t *pDU, const int32_t *pDV, int32_t numWarpingPoints,
+                                     int32_t spriteType, int32_t warpingAccuracy, int32_t roundingType,
+                                     int32_t quarterSample, int32_t fcode, const zvpRect *pSpriteRect,
+                                     const zvpRect *pVopRect);
+
+/**
+ * Predicts a luma block through the warp (7.8.5, 7.8.6).
+ *
+ * @param[in]  pSrc      the sprite's sample at (spriteX, spriteY), its top left one
+ * @param[in]  srcStep   distance from one row of pSrc to the next, in bytes
+ * @param[out] pDst      the block's top left sample
+ * @param[in]  dstStep   distance from one row of pDst to the next, in bytes
+ * @param[in]  pDstRect  the block's place in the picture and its size, any; nothing is done where it is empty. Not
+ *                       tested for null.
+ * @param[in]  pSpec     record made by zvpiWarpInit_MPEG4()
+ *
+ * Reads:  of pSrc such samples of the sprite as the warp leads to, none outside spriteWidth columns and spriteHeight
+ *         rows; the rectangle; the record.
+ * Writes: the block. It must not overlap what is read.
+ *
+ * @retval zvpStatusNullPointer  pSpec, pSrc or pDst is null.
+ * @retval zvpStatusBadContext   The record does not carry its identification.
+ * @retval zvpStatusOk           The block is predicted.
+ */
+ZVP_API zvpStatus zvpiWarpLuma_MPEG4_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
+                                            const zvpRect *pDstRect, const void *pSpec);
+
+/**
+ * Predicts the two chroma blocks of one place through the warp (7.8.5, 7.8.6).
+ *
+ * @param[in]  pSrcCb     the first chroma sprite's top left sample
+ * @param[in]  srcStepCb  distance from one row of pSrcCb to the next, in bytes
+ * @param[in]  pSrcCr     the second chroma sprite's top left sample
+ * @param[in]  srcStepCr  distance from one row of pSrcCr to the next, in bytes
+ * @param[out] pDstCb     the first block's top left sample
+ * @param[in]  dstStepCb  distance from one row of pDstCb to the next, in bytes
+ * @param[out] pDstCr     the second block's top left sample
+ * @param[in]  dstStepCr  distance from one row of pDstCr to the next, in bytes
+ * @param[in]  pDstRect   place and size of the blocks in chroma samples, any; nothing is done where it is empty. Not
+ *                        tested for null.
+ * @param[in]  pSpec      record made by zvpiWarpInit_MPEG4()
+ *
+ * Reads:  of each source such samples of the chroma sprite as the warp leads to, none outside it; the rectangle; the
+ *         record.
+ * Writes: the two blocks. They must not overlap each other or what is read.
+ *
+ * @retval zvpStatusNullPointer  pSpec, pSrcCb, pDstCb, pSrcCr or pDstCr is null.
+ * @retval zvpStatusBadContext   The record does not carry its identification.
+ * @retval zvpStatusOk           The blocks are predicted.
+ */
+ZVP_API zvpStatus zvpiWarpChroma_MPEG4_8u_P2R(const uint8_t *pSrcCb, int32_t srcStepCb, const uint8_t *pSrcCr,
+                                              int32_t srcStepCr, uint8_t *pDstCb, int32_t dstStepCb, uint8_t *pDstCr,
+                                              int32_t dstStepCr, const zvpRect *pDstRect, const void *pSpec);
+
+/**
+ * The motion vector that stands for the warp in a 16x16 macroblock (7.8.7): 0 without points, the translation with one,
+ * with two or three the mean over the macroblock's samples. Not for records of four points.
+ *
+ * With points the components are clipped to the range that fcode gave; they are in half samples or, with quarterSample,
+ * in quarter samples. The translation is cut to 16 bits before it is clipped.
+ *
+ * @param[in]  xOffset  column of the macroblock's top left sample from the picture's left edge
+ * @param[in]  yOffset  row of the macroblock's top left sample from the picture's top edge
+ * @param[out] pGMV     receives the vector: pGMV[0] is x, pGMV[1] is y
+ * @param[in]  pSpec    record made by zvpiWarpInit_MPEG4()
+ *
+ * Reads:  the record.
+ * Writes: two elements of pGMV, of any alignment.
+ *
+ * @retval zvpStatusNullPointer  pSpec or pGMV is null.
+ * @retval zvpStatusBadContext   The record does not carry its identification.
+ * @retval zvpStatusOk           The vector is written.
+ */
+ZVP_API zvpStatus zvpiCalcGlobalMV_MPEG4(int32_t xOffset, int32_t yOffset, int16_t *pGMV, const void *pSpec);
+
+/**
+ * Changes the brightness of a sprite in place (brightness_change_factor, 7.8.6).
+ *
+ * With f the factor, each sample s becomes (s * weight + 520) >> 10 limited to 0..255, weight being 1024 plus
+ * f * 1024 / 100 rounded to the nearest integer, halves away from zero. Factor 0 leaves the sprite as it is.
+ *
+ * @param[in,out] pSrcDst                 top left sample
+ * @param[in]     srcDstStep              distance from one row to the next, in bytes
+ * @param[in]     width                   columns; nothing is done below 1
+ * @param[in]     height                  rows; nothing is done below 1
+ * @param[in]     brightnessChangeFactor  change of brightness in percent, -112 to 1648
+ *
+ * Reads:  width samples of each row; none with factor 0.
+ * Writes: the same samples.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   brightnessChangeFactor is below -112 or above 1648.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiChangeSpriteBrightness_MPEG4_8u_C1IR(uint8_t *pSrcDst, int32_t srcDstStep, int32_t width,
+                                                           int32_t height, int32_t brightnessChangeFactor);
 
 /** @} */ /* mpeg4_sprite_warping_and_global_motion */
 
