@@ -5946,15 +5946,559 @@ ZVP_API zvpStatus zvpiChangeSpriteBrightness_MPEG4_8u_C1IR(uint8_t *pSrcDst, int
 
 /**
  * @defgroup vc1_vc_1_transforms VC-1 transforms
+ *
+ * The transforms of VC-1 blocks (SMPTE 421M Annex A) in the shapes 8x8, 8x4, 4x8 and 4x4, width x height. With these
+ * bases, one vector a row,
+ *
+ *     B8 = 12  12  12  12  12  12  12  12        B4 = 17  17  17  17
+ *          16  15   9   4  -4  -9 -15 -16             22  10 -10 -22
+ *          16   6  -6 -16 -16  -6   6  16             17 -17 -17  17
+ *          15  -4 -16  -9   9  16   4 -15             10 -22  22 -10
+ *          12 -12 -12  12  12 -12 -12  12
+ *           9 -16   4  15 -15  -4  16  -9
+ *           6 -16  16  -6  -6  16 -16   6
+ *           4  -9  15 -16  16 -15   9  -4
+ *
+ * and N points in a row or a column, the inverse of coefficients x is
+ *
+ *     t(row, j)    = (4 + sum over k of x(row, k) * BN(k, j)) >> 3            along the rows, then
+ *     y(j, column) = (64 + r(j) + sum over k of t(k, column) * BN(k, j)) >> 7  along the columns
+ *
+ * where r(j) is 1 for rows 4 to 7 of a block 8 high, and 0 otherwise. Sums are of 32 bits, t too; y keeps its low
+ * 16 bits and does not saturate. Values within the standard's ranges never come near that.
+ *
+ * The forward members make the coefficients whose inverse transform comes nearest to the samples, with 16-bit factors:
+ * TN(k, j) = BN(k, j) * 2^(18 + log2 N) / (sum over i of BN(k, i)^2), rounded to nearest. This library defines them so:
+ *
+ *     t(row, k)    = (2^(s-1) + sum over j of x(row, j) * TN(k, j)) >> s      s = 12 for 8 columns, 11 for 4
+ *     y(k, column) = (2^(s-1) + sum over j of t(j, column) * TN(k, j)) >> s   s = 20 for 8 rows, 19 for 4
+ *
+ * where sums wrap at 32 bits, and t and y keep their low 16 bits.
+ *
+ * srcSizeNZ promises that coefficients other than zero lie in the first columns and rows, as the inverse quantizers
+ * report. A call reads only the smallest corner of the table that holds the promised one and takes all else for zeros,
+ * whatever stands there. A promise of 0 or less still reads the first coefficient, one that exceeds the block reads the
+ * block; no value is refused.
+ *
+ * | shape | corners, columns x rows |
+ * |-------|-------------------------|
+ * | 8x8   | 1x1, 2x2, 4x4, 8x8      |
+ * | 8x4   | 1x1, 8x4                |
+ * | 4x8   | 1x1, 4x8                |
+ * | 4x4   | 1x1, 2x2, 4x4           |
+ *
+ * For all members: elements are int16_t, steps may have any value, negative and odd ones too, and nothing needs to be
+ * aligned. A call reads all that it reads before it writes, so pSrc and pDst may be one block or overlap in any way.
  * @{
  */
+
+/**
+ * Inverse transform of a block of 8 columns and 8 rows.
+ *
+ * @param[in]  pSrc       coefficients
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[out] pDst       receives the samples
+ * @param[in]  dstStep    distance between rows of pDst in bytes
+ * @param[in]  srcSizeNZ  columns and rows of the corner outside of which no coefficient counts
+ *
+ * Reads:  the corner of pSrc, 1x1, 2x2, 4x4 or 8x8, that srcSizeNZ selects.
+ * Writes: 8 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform8x8Inv_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst, int32_t dstStep,
+                                                  zvpSize srcSizeNZ);
+
+/**
+ * Inverse transform of a block of 8 columns and 8 rows in place.
+ *
+ * @param[in,out] pSrcDst     coefficients; receives the samples
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     srcSizeNZ   columns and rows of the corner outside of which no coefficient counts
+ *
+ * Reads:  the corner of pSrcDst, 1x1, 2x2, 4x4 or 8x8, that srcSizeNZ selects.
+ * Writes: 8 rows of 16 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform8x8Inv_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, zvpSize srcSizeNZ);
+
+/**
+ * Forward transform of a block of 8 columns and 8 rows.
+ *
+ * @param[in]  pSrc     samples
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[out] pDst     receives the coefficients
+ * @param[in]  dstStep  distance between rows of pDst in bytes
+ *
+ * Reads:  8 rows of 16 bytes of pSrc.
+ * Writes: 8 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform8x8Fwd_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst, int32_t dstStep);
+
+/**
+ * Forward transform of a block of 8 columns and 8 rows in place.
+ *
+ * @param[in,out] pSrcDst     samples; receives the coefficients
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ *
+ * Reads:  8 rows of 16 bytes of pSrcDst.
+ * Writes: the same 8 rows of 16 bytes.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform8x8Fwd_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep);
+
+/**
+ * Inverse transform of a block of 8 columns and 4 rows.
+ *
+ * @param[in]  pSrc       coefficients
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[out] pDst       receives the samples
+ * @param[in]  dstStep    distance between rows of pDst in bytes
+ * @param[in]  srcSizeNZ  columns and rows of the corner outside of which no coefficient counts
+ *
+ * Reads:  the first coefficient of pSrc if srcSizeNZ is at most 1x1, else the block.
+ * Writes: 4 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform8x4Inv_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst, int32_t dstStep,
+                                                  zvpSize srcSizeNZ);
+
+/**
+ * Inverse transform of a block of 8 columns and 4 rows in place.
+ *
+ * @param[in,out] pSrcDst     coefficients; receives the samples
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     srcSizeNZ   columns and rows of the corner outside of which no coefficient counts
+ *
+ * Reads:  the first coefficient of pSrcDst if srcSizeNZ is at most 1x1, else the block.
+ * Writes: 4 rows of 16 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform8x4Inv_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, zvpSize srcSizeNZ);
+
+/**
+ * Forward transform of a block of 8 columns and 4 rows.
+ *
+ * @param[in]  pSrc     samples
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[out] pDst     receives the coefficients
+ * @param[in]  dstStep  distance between rows of pDst in bytes
+ *
+ * Reads:  4 rows of 16 bytes of pSrc.
+ * Writes: 4 rows of 16 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform8x4Fwd_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst, int32_t dstStep);
+
+/**
+ * Forward transform of a block of 8 columns and 4 rows in place.
+ *
+ * Unlike its kin this member makes no check: pSrcDst must not be null.
+ *
+ * @param[in,out] pSrcDst     samples; receives the coefficients
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ *
+ * Reads:  4 rows of 16 bytes of pSrcDst.
+ * Writes: the same 4 rows of 16 bytes.
+ *
+ * @retval zvpStatusOk  Always.
+ */
+ZVP_API zvpStatus zvpiTransform8x4Fwd_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep);
+
+/**
+ * Inverse transform of a block of 4 columns and 8 rows.
+ *
+ * @param[in]  pSrc       coefficients
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[out] pDst       receives the samples
+ * @param[in]  dstStep    distance between rows of pDst in bytes
+ * @param[in]  srcSizeNZ  columns and rows of the corner outside of which no coefficient counts
+ *
+ * Reads:  the first coefficient of pSrc if srcSizeNZ is at most 1x1, else the block.
+ * Writes: 8 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform4x8Inv_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst, int32_t dstStep,
+                                                  zvpSize srcSizeNZ);
+
+/**
+ * Inverse transform of a block of 4 columns and 8 rows in place.
+ *
+ * @param[in,out] pSrcDst     coefficients; receives the samples
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     srcSizeNZ   columns and rows of the corner outside of which no coefficient counts
+ *
+ * Reads:  the first coefficient of pSrcDst if srcSizeNZ is at most 1x1, else the block.
+ * Writes: 8 rows of 8 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform4x8Inv_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, zvpSize srcSizeNZ);
+
+/**
+ * Forward transform of a block of 4 columns and 8 rows.
+ *
+ * @param[in]  pSrc     samples
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[out] pDst     receives the coefficients
+ * @param[in]  dstStep  distance between rows of pDst in bytes
+ *
+ * Reads:  8 rows of 8 bytes of pSrc.
+ * Writes: 8 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform4x8Fwd_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst, int32_t dstStep);
+
+/**
+ * Forward transform of a block of 4 columns and 8 rows in place.
+ *
+ * @param[in,out] pSrcDst     samples; receives the coefficients
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ *
+ * Reads:  8 rows of 8 bytes of pSrcDst.
+ * Writes: the same 8 rows of 8 bytes.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform4x8Fwd_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep);
+
+/**
+ * Inverse transform of a block of 4 columns and 4 rows.
+ *
+ * @param[in]  pSrc       coefficients
+ * @param[in]  srcStep    distance between rows of pSrc in bytes
+ * @param[out] pDst       receives the samples
+ * @param[in]  dstStep    distance between rows of pDst in bytes
+ * @param[in]  srcSizeNZ  columns and rows of the corner outside of which no coefficient counts
+ *
+ * Reads:  the corner of pSrc, 1x1, 2x2 or 4x4, that srcSizeNZ selects.
+ * Writes: 4 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform4x4Inv_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst, int32_t dstStep,
+                                                  zvpSize srcSizeNZ);
+
+/**
+ * Inverse transform of a block of 4 columns and 4 rows in place.
+ *
+ * @param[in,out] pSrcDst     coefficients; receives the samples
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     srcSizeNZ   columns and rows of the corner outside of which no coefficient counts
+ *
+ * Reads:  the corner of pSrcDst, 1x1, 2x2 or 4x4, that srcSizeNZ selects.
+ * Writes: 4 rows of 8 bytes of pSrcDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform4x4Inv_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, zvpSize srcSizeNZ);
+
+/**
+ * Forward transform of a block of 4 columns and 4 rows.
+ *
+ * @param[in]  pSrc     samples
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[out] pDst     receives the coefficients
+ * @param[in]  dstStep  distance between rows of pDst in bytes
+ *
+ * Reads:  4 rows of 8 bytes of pSrc.
+ * Writes: 4 rows of 8 bytes of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform4x4Fwd_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst, int32_t dstStep);
+
+/**
+ * Forward transform of a block of 4 columns and 4 rows in place.
+ *
+ * @param[in,out] pSrcDst     samples; receives the coefficients
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ *
+ * Reads:  4 rows of 8 bytes of pSrcDst.
+ * Writes: the same 4 rows of 8 bytes.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiTransform4x4Fwd_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep);
 
 /** @} */ /* vc1_vc_1_transforms */
 
 /**
  * @defgroup vc1_vc_1_quantization VC-1 quantization
+ *
+ * Quantization of VC-1 blocks and its inverse (SMPTE 421M clause 8), with the uniform and the non-uniform quantizer.
+ *
+ * QP is the doubled step, 2 * MQUANT + HALFQP. It divides in the forward direction, where it lies in 2..62, and
+ * multiplies in the inverse direction, where it may have any value. Elements are int16_t.
+ *
+ * Forward. The non-uniform quantizer first takes QP >> 1 off the magnitude: x -= sign(x) * (QP >> 1), where a small x
+ * may pass zero. Then x becomes x / QP with the fraction dropped. The division is a product with a reciprocal and a
+ * shift. It is exact for all x at all QP but 19, 21, 27, 41 and 55: there a few large multiples of QP come out one too
+ * small in magnitude, such as 1723 for 32756 at QP 19. These results are part of the contract.
+ *
+ * Inverse. x becomes x * QP with the uniform quantizer and x * QP + sign(x) * (QP >> 1) with the non-uniform one, where
+ * sign(0) is 0. Results keep their low 16 bits and do not saturate.
+ *
+ * Intra members work on an 8x8 block and leave the DC, its first element, to the caller: it is neither quantized nor
+ * counted. Inter members work on all elements of a block of 4 or 8 columns and 4 or 8 rows.
+ *
+ * pDstSizeNZ receives the corner that holds all non-zero elements, which is what the inverse transforms take as
+ * srcSizeNZ: the width is 1 + the last column that has one, the height 1 + the last row that has one. For intra members
+ * row 0 and column 0 count as non-zero, so the corner is at least 1x1; a zero block of inter members has 0x0. What is
+ * looked at are the results, but for the inter members with two buffers: those look at the source. The two differ only
+ * where a non-zero x has a result of 0 in its low 16 bits.
+ *
+ * For all members: steps may have any value, negative and odd ones too, and nothing needs to be aligned. pSrc and pDst
+ * may be one block with one step; otherwise they must not overlap. pDstSizeNZ must not lie in a block.
  * @{
  */
+
+/**
+ * Forward uniform quantization of an intra block in place, all but its DC.
+ *
+ * @param[in,out] pSrcDst     coefficients; receives the levels
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     QP          doubled quantizer step, 2..62
+ *
+ * Reads:  8 rows of 16 bytes of pSrcDst.
+ * Writes: the same bytes without the first 2.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is below 2 or above 62.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantIntraUniform_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, int32_t QP);
+
+/**
+ * Forward non-uniform quantization of an intra block in place, all but its DC.
+ *
+ * @param[in,out] pSrcDst     coefficients; receives the levels
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     QP          doubled quantizer step, 2..62
+ *
+ * Reads:  8 rows of 16 bytes of pSrcDst.
+ * Writes: the same bytes without the first 2.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is below 2 or above 62.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantIntraNonuniform_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, int32_t QP);
+
+/**
+ * Forward uniform quantization of an inter block in place.
+ *
+ * @param[in,out] pSrcDst     coefficients; receives the levels
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     QP          doubled quantizer step, 2..62
+ * @param[in]     roiSize     columns and rows of the block, each 4 or 8
+ *
+ * Reads:  roiSize.height rows of roiSize.width elements of pSrcDst.
+ * Writes: the same elements.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is below 2 or above 62.
+ * @retval zvpStatusBadSize      the height, or then the width, of roiSize is neither 4 nor 8.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInterUniform_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, int32_t QP, zvpSize roiSize);
+
+/**
+ * Forward non-uniform quantization of an inter block in place.
+ *
+ * @param[in,out] pSrcDst     coefficients; receives the levels
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     QP          doubled quantizer step, 2..62
+ * @param[in]     roiSize     columns and rows of the block, each 4 or 8
+ *
+ * Reads:  roiSize.height rows of roiSize.width elements of pSrcDst.
+ * Writes: the same elements.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOutOfRange   QP is below 2 or above 62.
+ * @retval zvpStatusBadSize      the height, or then the width, of roiSize is neither 4 nor 8.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInterNonuniform_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, int32_t QP,
+                                                        zvpSize roiSize);
+
+/**
+ * Inverse uniform quantization of an intra block, all but its DC.
+ *
+ * @param[in]  pSrc        levels
+ * @param[in]  srcStep     distance between rows of pSrc in bytes
+ * @param[out] pDst        receives the coefficients, and the DC as it is
+ * @param[in]  dstStep     distance between rows of pDst in bytes
+ * @param[in]  QP          doubled quantizer step, any value
+ * @param[out] pDstSizeNZ  receives the non-zero corner of the results, at least 1x1; not written on error
+ *
+ * Reads:  8 rows of 16 bytes of pSrc.
+ * Writes: 8 rows of 16 bytes of pDst, *pDstSizeNZ.
+ *
+ * @retval zvpStatusNullPointer  pSrc, pDst or pDstSizeNZ is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvIntraUniform_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst,
+                                                       int32_t dstStep, int32_t QP, zvpSize *pDstSizeNZ);
+
+/**
+ * Inverse uniform quantization of an intra block in place, all but its DC.
+ *
+ * @param[in,out] pSrcDst     levels; receives the coefficients
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     QP          doubled quantizer step, any value
+ * @param[out]    pDstSizeNZ  receives the non-zero corner of the results, at least 1x1; not written on error
+ *
+ * Reads:  8 rows of 16 bytes of pSrcDst.
+ * Writes: the same bytes without the first 2, *pDstSizeNZ.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst or pDstSizeNZ is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvIntraUniform_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, int32_t QP,
+                                                        zvpSize *pDstSizeNZ);
+
+/**
+ * Inverse non-uniform quantization of an intra block, all but its DC.
+ *
+ * @param[in]  pSrc        levels
+ * @param[in]  srcStep     distance between rows of pSrc in bytes
+ * @param[out] pDst        receives the coefficients, and the DC as it is
+ * @param[in]  dstStep     distance between rows of pDst in bytes
+ * @param[in]  QP          doubled quantizer step, any value
+ * @param[out] pDstSizeNZ  receives the non-zero corner of the results, at least 1x1; not written on error
+ *
+ * Reads:  8 rows of 16 bytes of pSrc.
+ * Writes: 8 rows of 16 bytes of pDst, *pDstSizeNZ.
+ *
+ * @retval zvpStatusNullPointer  pSrc, pDst or pDstSizeNZ is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvIntraNonuniform_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst,
+                                                          int32_t dstStep, int32_t QP, zvpSize *pDstSizeNZ);
+
+/**
+ * Inverse non-uniform quantization of an intra block in place, all but its DC.
+ *
+ * @param[in,out] pSrcDst     levels; receives the coefficients
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     QP          doubled quantizer step, any value
+ * @param[out]    pDstSizeNZ  receives the non-zero corner of the results, at least 1x1; not written on error
+ *
+ * Reads:  8 rows of 16 bytes of pSrcDst.
+ * Writes: the same bytes without the first 2, *pDstSizeNZ.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst or pDstSizeNZ is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvIntraNonuniform_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, int32_t QP,
+                                                           zvpSize *pDstSizeNZ);
+
+/**
+ * Inverse uniform quantization of an inter block.
+ *
+ * @param[in]  pSrc        levels
+ * @param[in]  srcStep     distance between rows of pSrc in bytes
+ * @param[out] pDst        receives the coefficients
+ * @param[in]  dstStep     distance between rows of pDst in bytes
+ * @param[in]  QP          doubled quantizer step, any value
+ * @param[in]  roiSize     columns and rows of the block, each 4 or 8
+ * @param[out] pDstSizeNZ  receives the non-zero corner of the source; not written on error
+ *
+ * Reads:  roiSize.height rows of roiSize.width elements of pSrc.
+ * Writes: as many of pDst, *pDstSizeNZ.
+ *
+ * @retval zvpStatusNullPointer  pSrc, pDst or pDstSizeNZ is null.
+ * @retval zvpStatusBadSize      the height or the width of roiSize is neither 4 nor 8.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvInterUniform_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst,
+                                                       int32_t dstStep, int32_t QP, zvpSize roiSize,
+                                                       zvpSize *pDstSizeNZ);
+
+/**
+ * Inverse uniform quantization of an inter block in place.
+ *
+ * @param[in,out] pSrcDst     levels; receives the coefficients
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     QP          doubled quantizer step, any value
+ * @param[in]     roiSize     columns and rows of the block, each 4 or 8
+ * @param[out]    pDstSizeNZ  receives the non-zero corner of the results; not written on error
+ *
+ * Reads:  roiSize.height rows of roiSize.width elements of pSrcDst.
+ * Writes: the same elements, *pDstSizeNZ.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst or pDstSizeNZ is null.
+ * @retval zvpStatusBadSize      the height or the width of roiSize is neither 4 nor 8.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvInterUniform_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, int32_t QP,
+                                                        zvpSize roiSize, zvpSize *pDstSizeNZ);
+
+/**
+ * Inverse non-uniform quantization of an inter block.
+ *
+ * @param[in]  pSrc        levels
+ * @param[in]  srcStep     distance between rows of pSrc in bytes
+ * @param[out] pDst        receives the coefficients
+ * @param[in]  dstStep     distance between rows of pDst in bytes
+ * @param[in]  QP          doubled quantizer step, any value
+ * @param[in]  roiSize     columns and rows of the block, each 4 or 8
+ * @param[out] pDstSizeNZ  receives the non-zero corner of the source; not written on error
+ *
+ * Reads:  roiSize.height rows of roiSize.width elements of pSrc.
+ * Writes: as many of pDst, *pDstSizeNZ.
+ *
+ * @retval zvpStatusNullPointer  pSrc, pDst or pDstSizeNZ is null.
+ * @retval zvpStatusBadSize      the height or the width of roiSize is neither 4 nor 8.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvInterNonuniform_VC1_16s_C1R(const int16_t *pSrc, int32_t srcStep, int16_t *pDst,
+                                                          int32_t dstStep, int32_t QP, zvpSize roiSize,
+                                                          zvpSize *pDstSizeNZ);
+
+/**
+ * Inverse non-uniform quantization of an inter block in place.
+ *
+ * @param[in,out] pSrcDst     levels; receives the coefficients
+ * @param[in]     srcDstStep  distance between rows of pSrcDst in bytes
+ * @param[in]     QP          doubled quantizer step, any value
+ * @param[in]     roiSize     columns and rows of the block, each 4 or 8
+ * @param[out]    pDstSizeNZ  receives the non-zero corner of the results; not written on error
+ *
+ * Reads:  roiSize.height rows of roiSize.width elements of pSrcDst.
+ * Writes: the same elements, *pDstSizeNZ.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst or pDstSizeNZ is null.
+ * @retval zvpStatusBadSize      the height or the width of roiSize is neither 4 nor 8.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInvInterNonuniform_VC1_16s_C1IR(int16_t *pSrcDst, int32_t srcDstStep, int32_t QP,
+                                                           zvpSize roiSize, zvpSize *pDstSizeNZ);
 
 /** @} */ /* vc1_vc_1_quantization */
 
@@ -6270,8 +6814,238 @@ ZVP_API zvpStatus zvpiFilterDeblockingChroma_HorEdge_VC1_8u_C2IR(uint8_t *pSrcDs
 
 /**
  * @defgroup vc1_vc_1_overlap_smoothing_range_mapping_and_hadamard_sums VC-1 overlap smoothing, range mapping and Hadamard sums
+ *
+ * Overlap smoothing of block edges from 16-bit samples to the picture (SMPTE 421M 8.5), the scaling of a plane by the
+ * range mapping of the advanced profile (RANGE_MAPY, RANGE_MAPUV), and an 8x8 Hadamard transform with the sum of its
+ * magnitudes as a measure of cost.
+ *
+ * Smoothing. Each line across an edge has two samples a, b before it and two samples c, d behind it. They become
+ *
+ *     y0 = (7 * a         + d + r0) >> 3
+ *     y1 = (7 * b - a + c + d + r1) >> 3
+ *     y2 = (7 * c - d + a + b + r0) >> 3
+ *     y3 = (7 * d         + a + r1) >> 3
+ *
+ * in 32 bits. r0 is 4 and r1 is 3 in lines 0, 2, 4 and so on; in lines 1, 3, 5 they change places. The picture gets the
+ * results clipped to 0..255. The members for vertical edges also write y0 to y3 back over a to d, unclipped, the low
+ * 16 bits of each, for the horizontal edges that follow; the members for horizontal edges leave their sources alone.
+ *
+ * Vertical edges: the first source points at a of the top line, with b to its right; the second at c, with d to its
+ * right. pDst points at the sample behind the edge in the top line: y0 to y3 go to columns -2, -1, 0, 1. Horizontal
+ * edges: the first source points at a of the left line, with b one step down; the second at c, with d one step down.
+ * pDst points at the sample below the edge in the left line: y0 to y3 go to rows -2, -1, 0, 1.
+ *
+ * For all members: steps may have any value, negative and odd ones too, and nothing needs to be aligned. Operands must
+ * not overlap unless a text says so.
  * @{
  */
+
+/**
+ * Overlap smoothing of a vertical edge of 16 luma lines.
+ *
+ * edgeFlag & 3 enables the first eight lines, edgeFlag & 12 the second eight; other bits do nothing. Lines that are not
+ * enabled are neither read nor written. With a fieldMode other than 0 the rows of one field come first: the first eight
+ * lines are rows 0, 2 .. 14, the second eight are rows 1, 3 .. 15.
+ *
+ * @param[in,out] pSrcLeft      a of the top row, b to its right; receives y0 and y1
+ * @param[in]     srcLeftStep   distance between rows of pSrcLeft in bytes
+ * @param[in,out] pSrcRight     c of the top row, d to its right; receives y2 and y3
+ * @param[in]     srcRightStep  distance between rows of pSrcRight in bytes
+ * @param[out]    pDst          sample right of the edge in the top row
+ * @param[in]     dstStep       distance between rows of pDst in bytes
+ * @param[in]     fieldMode     0: lines are rows in order; else: those of the two fields in turn
+ * @param[in]     edgeFlag      which lines are smoothed
+ *
+ * Reads:  4 bytes of each source in each enabled line.
+ * Writes: the same bytes; pDst[-2] to pDst[1] of each enabled line.
+ *
+ * @retval zvpStatusNullPointer  pSrcLeft, pSrcRight or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiSmoothingLuma_VerEdge_VC1_16s8u_C1R(int16_t *pSrcLeft, int32_t srcLeftStep, int16_t *pSrcRight,
+                                                          int32_t srcRightStep, uint8_t *pDst, int32_t dstStep,
+                                                          uint32_t fieldMode, uint32_t edgeFlag);
+
+/**
+ * Overlap smoothing of a horizontal edge of 16 luma lines.
+ *
+ * edgeFlag & 3 enables columns 0 to 7, edgeFlag & 12 columns 8 to 15; other bits do nothing. Columns that are not
+ * enabled are neither read nor written.
+ *
+ * @param[in]  pSrcUpper      a of the left column, b one step down
+ * @param[in]  srcUpperStep   distance between rows of pSrcUpper in bytes
+ * @param[in]  pSrcBottom     c of the left column, d one step down
+ * @param[in]  srcBottomStep  distance between rows of pSrcBottom in bytes
+ * @param[out] pDst           sample below the edge in the left column
+ * @param[in]  dstStep        distance between rows of pDst in bytes
+ * @param[in]  edgeFlag       which columns are smoothed
+ *
+ * Reads:  2 rows of each source in the enabled columns.
+ * Writes: rows -2 to 1 of pDst in the enabled columns.
+ *
+ * @retval zvpStatusNullPointer  pSrcUpper, pSrcBottom or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiSmoothingLuma_HorEdge_VC1_16s8u_C1R(int16_t *pSrcUpper, int32_t srcUpperStep, int16_t *pSrcBottom,
+                                                          int32_t srcBottomStep, uint8_t *pDst, int32_t dstStep,
+                                                          uint32_t edgeFlag);
+
+/**
+ * Overlap smoothing of a vertical edge of 8 chroma lines.
+ *
+ * @param[in,out] pSrcLeft      a of the top row, b to its right; receives y0 and y1
+ * @param[in]     srcLeftStep   distance between rows of pSrcLeft in bytes
+ * @param[in,out] pSrcRight     c of the top row, d to its right; receives y2 and y3
+ * @param[in]     srcRightStep  distance between rows of pSrcRight in bytes
+ * @param[out]    pDst          sample right of the edge in the top row
+ * @param[in]     dstStep       distance between rows of pDst in bytes
+ *
+ * Reads:  4 bytes of each source in 8 rows.
+ * Writes: the same bytes; pDst[-2] to pDst[1] of 8 rows.
+ *
+ * @retval zvpStatusNullPointer  pSrcLeft, pSrcRight or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiSmoothingChroma_VerEdge_VC1_16s8u_C1R(int16_t *pSrcLeft, int32_t srcLeftStep, int16_t *pSrcRight,
+                                                            int32_t srcRightStep, uint8_t *pDst, int32_t dstStep);
+
+/**
+ * Overlap smoothing of a horizontal edge of 8 chroma lines.
+ *
+ * @param[in]  pSrcUpper      a of the left column, b one step down
+ * @param[in]  srcUpperStep   distance between rows of pSrcUpper in bytes
+ * @param[in]  pSrcBottom     c of the left column, d one step down
+ * @param[in]  srcBottomStep  distance between rows of pSrcBottom in bytes
+ * @param[out] pDst           sample below the edge in the left column
+ * @param[in]  dstStep        distance between rows of pDst in bytes
+ *
+ * Reads:  2 rows of 16 bytes of each source.
+ * Writes: 8 bytes of rows -2 to 1 of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrcUpper, pSrcBottom or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiSmoothingChroma_HorEdge_VC1_16s8u_C1R(int16_t *pSrcUpper, int32_t srcUpperStep,
+                                                            int16_t *pSrcBottom, int32_t srcBottomStep, uint8_t *pDst,
+                                                            int32_t dstStep);
+
+/**
+ * Overlap smoothing of a vertical edge of 8 chroma lines, from two planes to interleaved samples.
+ *
+ * As zvpiSmoothingChroma_VerEdge_VC1_16s8u_C1R() for U and for V, with the sources' own steps; samples of pDst come as
+ * U, V, U, V.
+ *
+ * @param[in,out] pSrcLeftU      a of U in the top row, b to its right; receives y0 and y1
+ * @param[in]     srcLeftStepU   distance between rows of pSrcLeftU in bytes
+ * @param[in,out] pSrcRightU     c of U in the top row, d to its right; receives y2 and y3
+ * @param[in]     srcRightStepU  distance between rows of pSrcRightU in bytes
+ * @param[in,out] pSrcLeftV      a of V in the top row, b to its right; receives y0 and y1
+ * @param[in]     srcLeftStepV   distance between rows of pSrcLeftV in bytes
+ * @param[in,out] pSrcRightV     c of V in the top row, d to its right; receives y2 and y3
+ * @param[in]     srcRightStepV  distance between rows of pSrcRightV in bytes
+ * @param[out]    pDst           sample of U right of the edge in the top row, that of V behind it
+ * @param[in]     dstStep        distance between rows of pDst in bytes
+ *
+ * Reads:  4 bytes of each source in 8 rows.
+ * Writes: the same bytes; pDst[-4] to pDst[3] of 8 rows.
+ *
+ * @retval zvpStatusNullPointer  a pointer is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiSmoothingChroma_VerEdge_VC1_16s8u_P2C2R(int16_t *pSrcLeftU, int32_t srcLeftStepU,
+                                                              int16_t *pSrcRightU, int32_t srcRightStepU,
+                                                              int16_t *pSrcLeftV, int32_t srcLeftStepV,
+                                                              int16_t *pSrcRightV, int32_t srcRightStepV, uint8_t *pDst,
+                                                              int32_t dstStep);
+
+/**
+ * Overlap smoothing of a horizontal edge of 8 chroma lines, from two planes to interleaved samples.
+ *
+ * As zvpiSmoothingChroma_HorEdge_VC1_16s8u_C1R() for U and for V, with the sources' own steps; samples of pDst come as
+ * U, V, U, V.
+ *
+ * @param[in]  pSrcUpperU      a of U in the left column, b one step down
+ * @param[in]  srcUpperStepU   distance between rows of pSrcUpperU in bytes
+ * @param[in]  pSrcBottomU     c of U in the left column, d one step down
+ * @param[in]  srcBottomStepU  distance between rows of pSrcBottomU in bytes
+ * @param[in]  pSrcUpperV      a of V in the left column, b one step down
+ * @param[in]  srcUpperStepV   distance between rows of pSrcUpperV in bytes
+ * @param[in]  pSrcBottomV     c of V in the left column, d one step down
+ * @param[in]  srcBottomStepV  distance between rows of pSrcBottomV in bytes
+ * @param[out] pDst            sample of U below the edge in the left column, that of V behind it
+ * @param[in]  dstStep         distance between rows of pDst in bytes
+ *
+ * Reads:  2 rows of 16 bytes of each source.
+ * Writes: 16 bytes of rows -2 to 1 of pDst.
+ *
+ * @retval zvpStatusNullPointer  a pointer is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiSmoothingChroma_HorEdge_VC1_16s8u_P2C2R(int16_t *pSrcUpperU, int32_t srcUpperStepU,
+                                                              int16_t *pSrcBottomU, int32_t srcBottomStepU,
+                                                              int16_t *pSrcUpperV, int32_t srcUpperStepV,
+                                                              int16_t *pSrcBottomV, int32_t srcBottomStepV,
+                                                              uint8_t *pDst, int32_t dstStep);
+
+/**
+ * Range mapping of a plane.
+ *
+ * y = (((x - 128) * (rangeMap + 9) + 4) >> 3) + 128, clipped to 0..255. The value 128 stays.
+ *
+ * @param[in]  pSrc      top left sample of the source
+ * @param[in]  srcStep   distance between rows of pSrc in bytes
+ * @param[out] pDst      top left sample of the destination; may be pSrc with the same step, else must not overlap it
+ * @param[in]  dstStep   distance between rows of pDst in bytes
+ * @param[in]  roiSize   columns and rows; with a width or a height below 1 nothing is read or written
+ * @param[in]  rangeMap  RANGE_MAPY or RANGE_MAPUV, 0..7
+ *
+ * Reads:  roiSize.height rows of roiSize.width bytes of pSrc.
+ * Writes: as many of pDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOutOfRange   rangeMap is below 0 or above 7.
+ * @retval zvpStatusOk           Done, also where there was nothing to do.
+ */
+ZVP_API zvpStatus zvpiRangeMapping_VC1_8u_C1R(const uint8_t *pSrc, int32_t srcStep, uint8_t *pDst, int32_t dstStep,
+                                              zvpSize roiSize, int32_t rangeMap);
+
+/**
+ * 8x8 Hadamard transform of int16_t samples and the sum of its magnitudes.
+ *
+ * Y = H X H with H(k, j) = -1 where k & j has an odd number of bits set, else 1; so Y(0, 0) is the sum of all samples.
+ * Y keeps its low 16 bits. *pSum is the sum of |Y| as stored over all 64 elements, -32768 counting 32768.
+ *
+ * @param[in]  pSrc     top left sample of the block
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[out] pDst     receives Y row-major, 64 elements without gaps
+ * @param[out] pSum     receives the sum; not written on error
+ *
+ * Reads:  8 rows of 16 bytes of pSrc.
+ * Writes: 128 bytes of pDst, *pSum. pDst may overlap pSrc; pSum must not lie in a block.
+ *
+ * @retval zvpStatusNullPointer  pSrc, pDst or pSum is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiHadamard8x8Sum_VC1_16s(const int16_t *pSrc, int32_t srcStep, int16_t *pDst, uint32_t *pSum);
+
+/**
+ * 8x8 Hadamard transform of byte samples and the sum of its magnitudes.
+ *
+ * Y = H X H with H(k, j) = -1 where k & j has an odd number of bits set, else 1; so Y(0, 0) is the sum of all samples.
+ * Y keeps its low 16 bits. *pSum is the sum of |Y| as stored over all 64 elements, -32768 counting 32768.
+ *
+ * @param[in]  pSrc     top left sample of the block
+ * @param[in]  srcStep  distance between rows of pSrc in bytes
+ * @param[out] pDst     receives Y row-major, 64 elements without gaps
+ * @param[out] pSum     receives the sum; not written on error
+ *
+ * Reads:  8 rows of 8 bytes of pSrc.
+ * Writes: 128 bytes of pDst, *pSum. pDst may overlap pSrc; pSum must not lie in a block.
+ *
+ * @retval zvpStatusNullPointer  pSrc, pDst or pSum is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiHadamard8x8Sum_VC1_8u16s(const uint8_t *pSrc, int32_t srcStep, int16_t *pDst, uint32_t *pSum);
 
 /** @} */ /* vc1_vc_1_overlap_smoothing_range_mapping_and_hadamard_sums */
 
