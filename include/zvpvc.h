@@ -5509,15 +5509,452 @@ ZVP_API zvpStatus zvpiGenScaleLevel4x4_H264_8u16s_C1(const uint8_t *pScalingList
 
 /**
  * @defgroup h263_h_263_coefficient_coding H.263 coefficient coding
+ *
+ * The transform coefficients of one 8x8 block of ITU-T H.263: the intra DC and the TCOEF code of (LAST, RUN, LEVEL)
+ * events (5.4), read, written, or read and dequantized (6.2.1) in one go. Two flags, on when any of their bits is set,
+ * choose the mode:
+ *   - advIntraFlag, Annex I: the code of the annex; the DC is an ordinary coefficient at position 0.
+ *   - modQuantFlag, Annex T: an escape whose LEVEL is -128 is followed by the level in 11 bits; nothing is clipped.
+ *
+ * The block is 64 values in raster order. A position counts along the scan; the coefficient at position p is element
+ * scan[p] of the block. Where there is an argument scan, 0 is the zigzag scan, 1 the alternate vertical and 2 the
+ * alternate horizontal scan; what other values mean differs, and each text says it.
+ *
+ * The cursor. *ppBitStream points to bytes whose top bit comes first, *pBitOffset, 0 to 7, counts the bits of that byte
+ * that are used up. On return the cursor stands on the first bit not consumed or not written. No length is passed.
+ *
+ * Reading. A block takes at most 64 events of 22 bits, 33 with modQuantFlag; a damaged one is given up at the 65th at
+ * the latest. Look-ahead: up to four bytes behind the byte that holds the last bit consumed. When a reader returns
+ * zvpStatusBadVlcCode the cursor is where it was before the block's events, the block holds the coefficients that were
+ * read, zeros elsewhere, and *pIndxLastNonZero is the position of the last of them, or the position before the first.
+ *
+ * Writing. Of the first byte the bits in front of the cursor stay; all other bytes that the codes touch are written
+ * whole, with zeros behind the last code. A byte that no code reaches is not written. A block takes at most 64 events.
+ *
+ * Align: none for streams and blocks; the cursor's pointer as a pointer.
  * @{
  */
+
+/**
+ * Reads the DC of an intra block, 8 bits (H.263 5.4.1).
+ *
+ * @param[in,out] ppBitStream  address of the pointer to the current byte
+ * @param[in,out] pBitOffset   bits of that byte that are used up, 0 to 7
+ * @param[out]    pDC          receives the value: 1 to 127, 129 to 254 as they stand, 128 for the code 255
+ *
+ * Reads: the byte at the cursor and, if the offset is not 0, the one behind it.
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, *ppBitStream or pDC is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusBadVlcCode    the code is 0 or 128. Cursor and *pDC are as before the call.
+ * @retval zvpStatusOk            *pDC is written, the cursor one byte on.
+ */
+ZVP_API zvpStatus zvpiDecodeDCIntra_H263_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset, int16_t *pDC);
+
+/**
+ * Reads the coefficients of an inter block, from position 0 on.
+ *
+ * @param[in,out] ppBitStream       address of the pointer to the current byte
+ * @param[in,out] pBitOffset        bits of that byte that are used up, 0 to 7
+ * @param[out]    pCoef             64 levels, all written
+ * @param[out]    pIndxLastNonZero  receives the position of the last coefficient
+ * @param[in]     modQuantFlag      Annex T
+ * @param[in]     scan              0 zigzag, 1 vertical, 2 horizontal; others: position p is element p
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, *ppBitStream, pCoef or pIndxLastNonZero is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusBadVlcCode    no code of the table; an escape with LEVEL 0, or with -128 unless modQuantFlag is on;
+ *                                or a position past 63, whose coefficient is not stored.
+ * @retval zvpStatusOk            the block is read.
+ */
+ZVP_API zvpStatus zvpiDecodeCoeffsInter_H263_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset, int16_t *pCoef,
+                                                   int32_t *pIndxLastNonZero, int32_t modQuantFlag, int32_t scan);
+
+/**
+ * Reads the coefficients of an intra block: from position 1 on, pCoef[0] staying as it is, on failure too; with
+ * advIntraFlag from position 0 on, by the code of Annex I.
+ *
+ * @param[in,out] ppBitStream       address of the pointer to the current byte
+ * @param[in,out] pBitOffset        bits of that byte that are used up, 0 to 7
+ * @param[in,out] pCoef             64 levels, all written but for the DC
+ * @param[out]    pIndxLastNonZero  receives the position of the last coefficient
+ * @param[in]     advIntraFlag      Annex I
+ * @param[in]     modQuantFlag      Annex T
+ * @param[in]     scan              0 zigzag, 1 vertical, 2 horizontal; others: position p is element p
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, *ppBitStream, pCoef or pIndxLastNonZero is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusBadVlcCode    as in zvpiDecodeCoeffsInter_H263_1u16s().
+ * @retval zvpStatusOk            the block is read.
+ */
+ZVP_API zvpStatus zvpiDecodeCoeffsIntra_H263_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset, int16_t *pCoef,
+                                                   int32_t *pIndxLastNonZero, int32_t advIntraFlag,
+                                                   int32_t modQuantFlag, int32_t scan);
+
+/**
+ * Reads and dequantizes the coefficients of an inter block in zigzag order (H.263 6.2.1).
+ *
+ * A level v becomes sign(v) * (|v| * 2 * QP + q), q being QP if that is odd, else QP - 1. The result is clipped to
+ * -2048..2047; with modQuantFlag it is not, its low 16 bits are stored, and a level 0, which an 11-bit escape can
+ * carry, becomes q.
+ *
+ * @param[in,out] ppBitStream       address of the pointer to the current byte
+ * @param[in,out] pBitOffset        bits of that byte that are used up, 0 to 7
+ * @param[out]    pCoef             64 coefficients, all written
+ * @param[out]    pIndxLastNonZero  receives the position of the last coefficient
+ * @param[in]     QP                quantizer, 1 to 31
+ * @param[in]     modQuantFlag      Annex T
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, *ppBitStream, pCoef or pIndxLastNonZero is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusBadQuantizer  QP is not 1 to 31.
+ * @retval zvpStatusBadVlcCode    as in zvpiDecodeCoeffsInter_H263_1u16s().
+ * @retval zvpStatusOk            the block is read.
+ */
+ZVP_API zvpStatus zvpiReconstructCoeffsInter_H263_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset,
+                                                        int16_t *pCoef, int32_t *pIndxLastNonZero, int32_t QP,
+                                                        int32_t modQuantFlag);
+
+/**
+ * Reads and dequantizes an intra block, its DC included.
+ *
+ * Without advIntraFlag: the 8-bit DC comes first and becomes pCoef[0], times 8, or 1024 for the code 255. If the block
+ * is coded, its events follow from position 1 on, in zigzag order and dequantized as in
+ * zvpiReconstructCoeffsInter_H263_1u16s(); if not, *pIndxLastNonZero is 0 and nothing but pCoef[0] is written: the
+ * caller clears the rest.
+ *
+ * With advIntraFlag the events start at position 0, in the order that scan says, and a level v becomes v * 2 * QP, of
+ * which the low 16 bits are stored (H.263 I.3).
+ *
+ * @param[in,out] ppBitStream       address of the pointer to the current byte
+ * @param[in,out] pBitOffset        bits of that byte that are used up, 0 to 7
+ * @param[out]    pCoef             64 coefficients, all written but for a block that is not coded
+ * @param[out]    pIndxLastNonZero  receives the position of the last coefficient
+ * @param[in]     coded             not 0: events follow the DC; without effect if advIntraFlag is on
+ * @param[in]     QP                quantizer, 1 to 31
+ * @param[in]     advIntraFlag      Annex I
+ * @param[in]     scan              with advIntraFlag: 1 vertical, 2 horizontal, others zigzag; else without effect
+ * @param[in]     modQuantFlag      Annex T
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, *ppBitStream, pCoef or pIndxLastNonZero is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusBadQuantizer  QP is not 1 to 31.
+ * @retval zvpStatusBadVlcCode    the DC's code is 0 or 128: *pIndxLastNonZero is -1, cursor and block are as before the
+ *                                call. Or as in zvpiDecodeCoeffsInter_H263_1u16s(): then the cursor stands behind the
+ *                                DC, if there is one, and pCoef[0] holds it.
+ * @retval zvpStatusOk            the block is read.
+ */
+ZVP_API zvpStatus zvpiReconstructCoeffsIntra_H263_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset,
+                                                        int16_t *pCoef, int32_t *pIndxLastNonZero, int32_t coded,
+                                                        int32_t QP, int32_t advIntraFlag, int32_t scan,
+                                                        int32_t modQuantFlag);
+
+/**
+ * Writes the coefficients of an inter block, from position 0 on.
+ *
+ * The event number countNonZero gets LAST 1 and ends the block; coefficients behind it are not written. If the block
+ * holds fewer, the last one is followed by one more event, with LAST 1: the number of zeros behind it as RUN, its
+ * magnitude again, and the sign, or in an escape the level, of the element at position 63. So the count should be
+ * exact. A block of zeros writes nothing.
+ *
+ * A level beyond -127..127 is written in the escape of Annex T, as its low 11 bits, if modQuantFlag is on; otherwise
+ * its low 8 bits are written. It is the caller's to keep within range.
+ *
+ * @param[in]     pCoef         64 levels
+ * @param[in,out] ppBitStream   address of the pointer to the current byte
+ * @param[in,out] pBitOffset    bits of that byte that are used up, 0 to 7
+ * @param[in]     countNonZero  number of levels that are not 0, 1 to 64
+ * @param[in]     modQuantFlag  Annex T
+ * @param[in]     scan          0 zigzag, 1 vertical, 2 horizontal; others: position p is element p
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusOutOfRange    countNonZero is not 1 to 64.
+ * @retval zvpStatusOk            the block is written.
+ */
+ZVP_API zvpStatus zvpiEncodeCoeffsInter_H263_16s1u(const int16_t *pCoef, uint8_t **ppBitStream, int32_t *pBitOffset,
+                                                   int32_t countNonZero, int32_t modQuantFlag, int32_t scan);
+
+/**
+ * Writes the coefficients of an intra block: from position 1 on; with advIntraFlag from position 0 on, by the code of
+ * Annex I. In all else as zvpiEncodeCoeffsInter_H263_16s1u().
+ *
+ * @param[in]     pCoef         64 levels; the DC is not read unless advIntraFlag is on
+ * @param[in,out] ppBitStream   address of the pointer to the current byte
+ * @param[in,out] pBitOffset    bits of that byte that are used up, 0 to 7
+ * @param[in]     countNonZero  number of levels to be written that are not 0, 1 to 64
+ * @param[in]     advIntraFlag  Annex I
+ * @param[in]     modQuantFlag  Annex T
+ * @param[in]     scan          0 zigzag, 1 vertical, 2 horizontal; others: position p is element p
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusOutOfRange    countNonZero is not 1 to 64.
+ * @retval zvpStatusOk            the block is written.
+ */
+ZVP_API zvpStatus zvpiEncodeCoeffsIntra_H263_16s1u(const int16_t *pCoef, uint8_t **ppBitStream, int32_t *pBitOffset,
+                                                   int32_t countNonZero, int32_t advIntraFlag, int32_t modQuantFlag,
+                                                   int32_t scan);
+
+/**
+ * Writes the DC of an intra block in 8 bits: its low byte, or 255 for 128. No value is refused; the legal ones are 1 to
+ * 254.
+ *
+ * @param[in]     dc           the value
+ * @param[in,out] ppBitStream  address of the pointer to the current byte
+ * @param[in,out] pBitOffset   bits of that byte that are used up, 0 to 7
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusOk            the DC is written, the cursor one byte on.
+ */
+ZVP_API zvpStatus zvpiEncodeDCIntra_H263_16s1u(int16_t dc, uint8_t **ppBitStream, int32_t *pBitOffset);
 
 /** @} */ /* h263_h_263_coefficient_coding */
 
 /**
  * @defgroup mpeg4_mpeg_4_coefficient_coding_with_reversible_vlc MPEG-4 coefficient coding with reversible VLC
+ *
+ * The texture of one 8x8 block of ISO/IEC 14496-2: the intra DC with its size code (tables B-13, B-14), the event codes
+ * of tables B-16 and B-17 with their three escapes (7.4.1.3), and the reversible code of table B-23, read forward or,
+ * from the end of a packet, backward. Blocks of short-header pictures are H.263 blocks.
+ *
+ * The block is 64 values in raster order. A position counts along the scan; the coefficient at position p is element
+ * scan[p] of the block. rvlcFlag, on when any of its bits is set, selects the reversible code. skipDC, likewise, says
+ * that the DC is coded apart: coefficients start at position 1, and pCoef[0] stays as it is, on failure too.
+ *
+ * The argument scan chooses the order, by member (required as they differ):
+ *
+ * | member                                 | 0      | 1        | 2          | -1     | others |
+ * |----------------------------------------|--------|----------|------------|--------|--------|
+ * | zvpiDecodeCoeffsIntra_MPEG4_1u16s      | zigzag | vertical | horizontal | raster | raster |
+ * | zvpiDecodeCoeffsInter_MPEG4_1u16s      | zigzag | vertical | raster     | raster | raster |
+ * | zvpiReconstructCoeffsInter_MPEG4_1u16s | zigzag | vertical | zigzag     | zigzag | zigzag |
+ * | zvpiEncodeCoeffsIntra_MPEG4_16s1u      | zigzag | vertical | horizontal | raster | zigzag |
+ * | zvpiEncodeCoeffsInter_MPEG4_16s1u      | zigzag | vertical | zigzag     | raster | zigzag |
+ *
+ * The cursor. *ppBitStream points to bytes whose top bit comes first, *pBitOffset, 0 to 7, counts the bits of that byte
+ * that are used up. On return the cursor stands on the first bit not consumed or not written. No length is passed. The
+ * backward readers use the same pair in their own way, which their texts tell.
+ *
+ * Reading. A block takes at most 64 events of 30 bits; a damaged one is given up at the 65th at the latest. Look-ahead:
+ * up to four bytes behind the byte that holds the last bit consumed. When a reader returns zvpStatusBadVlcCode the
+ * cursor is where it was before the call, the block holds the coefficients that were read, zeros elsewhere, and
+ * *pIndxLastNonZero is the position reached: of the last coefficient, or the position before the first, or, if a
+ * coefficient would lie past position 63 and was not stored, that position.
+ *
+ * Writing. Of the first byte the bits in front of the cursor stay; all other bytes that the codes touch are written
+ * whole, with zeros behind the last code. A byte that no code reaches is not written. A block takes at most 64 events
+ * of 30 bits.
+ *
+ * Align: none for streams and blocks; the cursor's pointer as a pointer.
  * @{
  */
+
+/**
+ * Reads the differential DC of an intra block: its size by table B-13 or B-14, then that many bits, and for sizes above
+ * 8 a marker bit.
+ *
+ * @param[in,out] ppBitStream  address of the pointer to the current byte
+ * @param[in,out] pBitOffset   bits of that byte that are used up, 0 to 7
+ * @param[out]    pDC          receives the value, -4095 to 4095
+ * @param[in]     blockType    0 luminance, others chrominance
+ *
+ * Reads: three bytes at the cursor, and a fourth if the code reaches it.
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pDC or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusBadVlcCode    the size would be above 12; nothing has been written. Or the marker is 0: *pDC is
+ *                                written, the cursor is as before the call.
+ * @retval zvpStatusOk            *pDC is written.
+ */
+ZVP_API zvpStatus zvpiDecodeDCIntra_MPEG4_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset, int16_t *pDC,
+                                                int32_t blockType);
+
+/**
+ * Reads the coefficients of an intra block, by table B-16 or B-23.
+ *
+ * @param[in,out] ppBitStream       address of the pointer to the current byte
+ * @param[in,out] pBitOffset        bits of that byte that are used up, 0 to 7
+ * @param[in,out] pCoef             64 levels, all written but for the DC under skipDC
+ * @param[out]    pIndxLastNonZero  receives the position of the last coefficient
+ * @param[in]     rvlcFlag          not 0: the reversible code
+ * @param[in]     skipDC            not 0: from position 1 on
+ * @param[in]     scan              see the table
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef, pIndxLastNonZero or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusBadVlcCode    no code of the table; an escape of type 2 whose code is itself the escape; a marker of
+ *                                an escape that is 0; an escape with LEVEL 0, or of type 3 with -2048; or a position
+ *                                past 63. An escape of type 1 whose code is itself the escape is no error: it counts
+ *                                as (LAST 0, RUN 0, LEVEL 255).
+ * @retval zvpStatusOk            the block is read.
+ */
+ZVP_API zvpStatus zvpiDecodeCoeffsIntra_MPEG4_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset, int16_t *pCoef,
+                                                    int32_t *pIndxLastNonZero, int32_t rvlcFlag, int32_t skipDC,
+                                                    int32_t scan);
+
+/**
+ * Reads the coefficients of an inter block, by table B-17 or B-23.
+ *
+ * @param[in,out] ppBitStream       address of the pointer to the current byte
+ * @param[in,out] pBitOffset        bits of that byte that are used up, 0 to 7
+ * @param[out]    pCoef             64 levels, all written
+ * @param[out]    pIndxLastNonZero  receives the position of the last coefficient
+ * @param[in]     rvlcFlag          not 0: the reversible code
+ * @param[in]     scan              see the table
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef, pIndxLastNonZero or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusBadVlcCode    as in zvpiDecodeCoeffsIntra_MPEG4_1u16s(), but an escape of type 3 with LEVEL 0 stores
+ *                                a 0 and goes on.
+ * @retval zvpStatusOk            the block is read.
+ */
+ZVP_API zvpStatus zvpiDecodeCoeffsInter_MPEG4_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset, int16_t *pCoef,
+                                                    int32_t *pIndxLastNonZero, int32_t rvlcFlag, int32_t scan);
+
+/**
+ * Reads the coefficients of an intra block of table B-23 backward, from its last bit to its first.
+ *
+ * The cursor stands on the last bit of the block, the sign of its final code: *pBitOffset is that bit's index in
+ * *ppBitStream, counted from the top. A block begins where the final code of the block before, which has LAST 1, ends;
+ * that code is looked at and not consumed. On return the cursor stands on its last bit, ready for the next call. In
+ * front of a packet's first block something must therefore stand that reads as such a code.
+ *
+ * No scan is applied: element p of the block is position p. Else the block is the one that reading forward gives.
+ *
+ * Look-ahead: up to four bytes in front of the byte that holds the block's first bit; nothing behind the cursor.
+ *
+ * If the runs of a damaged block reach in front of its first position, *pIndxLastNonZero comes out as the position that
+ * its last coefficient would have, 64 or more, and the coefficients that fit the block are stored.
+ *
+ * @param[in,out] ppBitStream       address of the pointer to the byte of the block's last bit
+ * @param[in,out] pBitOffset        index of that bit, 0 to 7
+ * @param[in,out] pCoef             64 levels in coded order, all written but for the DC under skipDC
+ * @param[out]    pIndxLastNonZero  receives the position of the last coefficient
+ * @param[in]     skipDC            not 0: from position 1 on
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef, pIndxLastNonZero or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusBadVlcCode    no code of the table, a bit of an escape that is not as it must be, a final code
+ *                                without LAST, or more coefficients than the block has room for. The coefficients read
+ *                                by then stand at the block's end, *pIndxLastNonZero is the position in front of them,
+ *                                and the cursor is as before the call.
+ * @retval zvpStatusOk            the block is read.
+ */
+ZVP_API zvpStatus zvpiDecodeCoeffsIntraRVLCBack_MPEG4_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset,
+                                                            int16_t *pCoef, int32_t *pIndxLastNonZero, int32_t skipDC);
+
+/**
+ * Reads the coefficients of an inter block of table B-23 backward. As zvpiDecodeCoeffsIntraRVLCBack_MPEG4_1u16s() with
+ * the events of inter blocks, from position 0 on.
+ *
+ * @param[in,out] ppBitStream       address of the pointer to the byte of the block's last bit
+ * @param[in,out] pBitOffset        index of that bit, 0 to 7
+ * @param[out]    pCoef             64 levels in coded order, all written
+ * @param[out]    pIndxLastNonZero  receives the position of the last coefficient
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef, pIndxLastNonZero or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusBadVlcCode    as in zvpiDecodeCoeffsIntraRVLCBack_MPEG4_1u16s().
+ * @retval zvpStatusOk            the block is read.
+ */
+ZVP_API zvpStatus zvpiDecodeCoeffsInterRVLCBack_MPEG4_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset,
+                                                            int16_t *pCoef, int32_t *pIndxLastNonZero);
+
+/**
+ * Reads and dequantizes the coefficients of an inter block.
+ *
+ * With the event code each level is dequantized as it is read, as zvpiQuantInvInter_MPEG4_16s_C1I() does it (7.4.4),
+ * the weight being that of the element, with its mismatch control at the end of the block. A level 0, which an escape
+ * of type 3 can carry, is dequantized as a negative one. With the reversible code the block is read by
+ * zvpiDecodeCoeffsInter_MPEG4_1u16s() and then dequantized by zvpiQuantInvInter_MPEG4_16s_C1I(), which tests the record
+ * and QP only then.
+ *
+ * @param[in,out] ppBitStream       address of the pointer to the current byte
+ * @param[in,out] pBitOffset        bits of that byte that are used up, 0 to 7
+ * @param[out]    pCoef             64 coefficients, all written
+ * @param[out]    pIndxLastNonZero  receives the position of the last coefficient
+ * @param[in]     rvlcFlag          not 0: the reversible code
+ * @param[in]     scan              see the table
+ * @param[in]     pQuantInvSpec     record of zvpiQuantInvInterInit_MPEG4()
+ * @param[in]     QP                quantizer, 1 to 2^(bitsPerPixel - 3) - 1
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef, pIndxLastNonZero or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusNullPointer   pQuantInvSpec is null.
+ * @retval zvpStatusBadContext    pQuantInvSpec is not a record for inverse inter quantization.
+ * @retval zvpStatusBadQuantizer  QP is not in its range. With rvlcFlag these last three are returned after the block
+ *                                has been read: its levels and the moved cursor stay.
+ * @retval zvpStatusBadVlcCode    as in zvpiDecodeCoeffsInter_MPEG4_1u16s(); with the event code the coefficients stored
+ *                                by then are dequantized. With rvlcFlag this comes before the last three.
+ * @retval zvpStatusOk            the block is read.
+ */
+ZVP_API zvpStatus zvpiReconstructCoeffsInter_MPEG4_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset,
+                                                         int16_t *pCoef, int32_t *pIndxLastNonZero, int32_t rvlcFlag,
+                                                         int32_t scan, const void *pQuantInvSpec, int32_t QP);
+
+/**
+ * Writes the differential DC of an intra block: its size by table B-13 or B-14, then that many bits, and for sizes
+ * above 8 a marker bit.
+ *
+ * @param[in]     dc           the value, -4095 to 4095; not checked: what is written for others is no code
+ * @param[in,out] ppBitStream  address of the pointer to the current byte
+ * @param[in,out] pBitOffset   bits of that byte that are used up, 0 to 7
+ * @param[in]     blockType    1 chrominance, others luminance
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusOk            the DC is written.
+ */
+ZVP_API zvpStatus zvpiEncodeDCIntra_MPEG4_16s1u(int16_t dc, uint8_t **ppBitStream, int32_t *pBitOffset,
+                                                int32_t blockType);
+
+/**
+ * Writes the coefficients of an intra block, by table B-16 or B-23.
+ *
+ * Each event takes its table code, else with the event code the first of the three escapes that can carry it, and with
+ * the reversible code its escape. The event number countNonZero gets LAST 1 and ends the block; coefficients behind it
+ * are not written. If the block holds fewer, no event has LAST 1, and the stream is not decodable.
+ *
+ * Of a level the escape of type 3 carries the low 12 bits, the reversible escape the low 11 bits of its magnitude; it
+ * is the caller's to keep within range.
+ *
+ * @param[in]     pCoef         64 levels; the DC is not read under skipDC
+ * @param[in,out] ppBitStream   address of the pointer to the current byte
+ * @param[in,out] pBitOffset    bits of that byte that are used up, 0 to 7
+ * @param[in]     countNonZero  number of levels to be written that are not 0, 1 to 64, under skipDC 1 to 63
+ * @param[in]     rvlcFlag      not 0: the reversible code
+ * @param[in]     skipDC        not 0: from position 1 on
+ * @param[in]     scan          see the table
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusOutOfRange    countNonZero is not in its range.
+ * @retval zvpStatusOk            the block is written.
+ */
+ZVP_API zvpStatus zvpiEncodeCoeffsIntra_MPEG4_16s1u(const int16_t *pCoef, uint8_t **ppBitStream, int32_t *pBitOffset,
+                                                    int32_t countNonZero, int32_t rvlcFlag, int32_t skipDC,
+                                                    int32_t scan);
+
+/**
+ * Writes the coefficients of an inter block, by table B-17 or B-23. As zvpiEncodeCoeffsIntra_MPEG4_16s1u(), from
+ * position 0 on.
+ *
+ * @param[in]     pCoef         64 levels
+ * @param[in,out] ppBitStream   address of the pointer to the current byte
+ * @param[in,out] pBitOffset    bits of that byte that are used up, 0 to 7
+ * @param[in]     countNonZero  number of levels that are not 0, 1 to 64
+ * @param[in]     rvlcFlag      not 0: the reversible code
+ * @param[in]     scan          see the table
+ *
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef or *ppBitStream is null.
+ * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
+ * @retval zvpStatusOutOfRange    countNonZero is not 1 to 64.
+ * @retval zvpStatusOk            the block is written.
+ */
+ZVP_API zvpStatus zvpiEncodeCoeffsInter_MPEG4_16s1u(const int16_t *pCoef, uint8_t **ppBitStream, int32_t *pBitOffset,
+                                                    int32_t countNonZero, int32_t rvlcFlag, int32_t scan);
 
 /** @} */ /* mpeg4_mpeg_4_coefficient_coding_with_reversible_vlc */
 
