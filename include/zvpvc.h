@@ -7555,22 +7555,754 @@ ZVP_API zvpStatus zvpiDecodeChromaBlock_AVS_1u16s(const uint32_t **ppBitStream, 
 
 /**
  * @defgroup dv_dv_segment_huffman_decoding DV segment Huffman decoding
+ *
+ * The variable-length codes of a compressed video segment of DV (IEC 61834-2; SMPTE 314M, ITU-R BT.1618), five
+ * macroblocks at a time, into the coefficient blocks that dequantization takes.
+ *
+ * Segment: five DIF blocks of 80 bytes, 400 in all. Macroblock m begins at byte 80 m. The low four bits of its byte 3
+ * are its quantization number QNO. Then follow the spaces of its blocks, at these bytes from 80 m on:
+ *
+ * |       | blocks | begin at              | size of each       |
+ * |-------|--------|-----------------------|--------------------|
+ * | DV    | 0..3   | 4, 18, 32, 46         | 14 bytes, 112 bits |
+ * | DV    | 4, 5   | 60, 70                | 10 bytes, 80 bits  |
+ * | DV100 | 0..5   | 4, 14, 24, 34, 44, 54 | 10 bytes, 80 bits  |
+ * | DV100 | 6, 7   | 64, 72                | 8 bytes, 64 bits   |
+ *
+ * A space begins with 9 bits of DC, 1 bit of DCT mode (0: 8-8-DCT, 1: 2-4-8-DCT) and 2 bits of class number. The AC
+ * codes follow; those that do not fit go on in what other blocks leave free, first within the macroblock, then within
+ * the segment. The decoder reads each block in its own space, then the unfinished blocks of each macroblock from its
+ * free spaces, then what is still unfinished from those of the whole segment, blocks and spaces in stream order. A code
+ * may be split over spaces; an escape of 16 bits is split like any other.
+ *
+ * pBlock: blocks of 64 coefficients, 128 bytes each, block b of macroblock m at index 6 m + b (8 m + b in DV100). They
+ * must be zero on entry. The DC, 9 bits with their sign, is stored times 128, AC levels times 64.
+ *
+ * pBlockParam: one word for each block, written whole:
+ *
+ * | bits   | meaning                                                                      |
+ * |--------|------------------------------------------------------------------------------|
+ * | 0      | the end of block was reached                                                 |
+ * | 4, 5   | class number                                                                 |
+ * | 6      | DCT mode                                                                     |
+ * | 8..15  | place in the scan of the last coefficient stored; 0 if there is the DC alone |
+ * | 16..19 | QNO                                                                          |
+ *
+ * pZigzagTables: places in the block, by place in the scan: 64 words for the 8-8-DCT, then 64 for the 2-4-8-DCT. DV100
+ * uses the first 64 for every block, whatever its mode bit, and reads no others.
+ *
+ * A block is never full: behind place 63 one more code is read, in a real stream the end of block.
+ *
+ * Damaged segments are no error. A block that comes to a pattern without a code stays as it is; it takes the rest of
+ * its space with it, and so for each free space that it is offered then. No damage leads to an access outside the
+ * bytes named here.
+ *
+ * A table is read by any number of threads at once.
  * @{
  */
+
+/**
+ * Makes the decoding table of the AC codes from two lists of codes.
+ *
+ * A list is int32_t words: the length in bits of the longest code in the low byte of the first, two words that are not
+ * read, then for the lengths 1, 2, ... up to the longest the number of codes of that length and the codes, three words
+ * each: the code, right-aligned, its run and its level. A sign bit is a part of the code, so that both signs are
+ * listed. The first list holds the codes that do not begin with 1111, the second, without them, what follows these four
+ * bits. The end of block, 0110, is a code with a run that leads past the block, 64 or more; n zeros are a code of run
+ * n - 1 and level 0. Escapes are not listed.
+ *
+ * The table is 2^longest entries for the first list and as many for the second behind them. An entry is four bytes: the
+ * code's length (in the second list with the four bits), its run, and its level times 64 as int16_t; 255, 0, 0 where no
+ * code leads. The decoders take lists whose longest codes are 9 bits, and no others.
+ *
+ * @param[in]  pHuffTable1  codes that do not begin with 1111
+ * @param[in]  pHuffTable2  codes behind 1111
+ * @param[out] ppHuffTable  receives the table, which zvpMalloc() gave and zvpiFreeHuffmanTable_DV_32u() takes back
+ *
+ * Reads:  both lists.
+ * Writes: *ppHuffTable.
+ *
+ * @retval zvpStatusNullPointer  A pointer is null. Nothing is written.
+ * @retval zvpStatusNoMemory     The allocation failed, or 2^31 bytes would not hold the table. *ppHuffTable is null.
+ * @retval zvpStatusOk           *ppHuffTable is the caller's.
+ */
+ZVP_API zvpStatus zvpiInitAllocHuffmanTable_DV_32u(const int32_t *pHuffTable1, const int32_t *pHuffTable2,
+                                                   uint32_t **ppHuffTable);
+
+/**
+ * Gives a decoding table back, by zvpFree().
+ *
+ * @param[in] pHuffTable  table of zvpiInitAllocHuffmanTable_DV_32u(); no decoder may be using it
+ *
+ * @retval zvpStatusNullPointer  pHuffTable is null.
+ * @retval zvpStatusOk           The table is gone.
+ */
+ZVP_API zvpStatus zvpiFreeHuffmanTable_DV_32u(uint32_t *pHuffTable);
+
+/**
+ * Decodes a segment of 30 blocks: DV of 25 and 50 Mb/s.
+ *
+ * @param[in]     pStream        the segment
+ * @param[in]     pZigzagTables  two scans; each word is 0..63, not checked
+ * @param[in]     pHuffTable     table of zvpiInitAllocHuffmanTable_DV_32u()
+ * @param[in,out] pBlock         30 blocks, zero on entry; receives DC and AC coefficients
+ * @param[out]    pBlockParam    receives 30 words
+ *
+ * Reads:  400 bytes of pStream and none behind them; 128 words of pZigzagTables; 1024 words of pHuffTable.
+ * Writes: coefficients in 3840 bytes of pBlock, 30 words of pBlockParam. No operand may overlap another.
+ *
+ * @retval zvpStatusNullPointer  A pointer is null.
+ * @retval zvpStatusOk           The segment was decoded, also when it is damaged.
+ */
+ZVP_API zvpStatus zvpiHuffmanDecodeSegment_DV_8u16s(const uint8_t *pStream, const uint32_t *pZigzagTables,
+                                                    const uint32_t *pHuffTable, int16_t *pBlock,
+                                                    uint32_t *pBlockParam);
+
+/**
+ * Decodes a segment of 40 blocks, eight for each macroblock: DV100.
+ *
+ * @param[in]     pStream        the segment
+ * @param[in]     pZigzagTables  one scan; each word is 0..63, not checked
+ * @param[in]     pHuffTable     table of zvpiInitAllocHuffmanTable_DV_32u()
+ * @param[in,out] pBlock         40 blocks, zero on entry; receives DC and AC coefficients
+ * @param[out]    pBlockParam    receives 40 words
+ *
+ * Reads:  400 bytes of pStream and none behind them; 64 words of pZigzagTables; 1024 words of pHuffTable.
+ * Writes: coefficients in 5120 bytes of pBlock, 40 words of pBlockParam. No operand may overlap another.
+ *
+ * @retval zvpStatusNullPointer  A pointer is null.
+ * @retval zvpStatusOk           The segment was decoded, also when it is damaged.
+ */
+ZVP_API zvpStatus zvpiHuffmanDecodeSegment_DV100_8u16s(const uint8_t *pStream, const uint32_t *pZigzagTables,
+                                                       const uint32_t *pHuffTable, int16_t *pBlock,
+                                                       uint32_t *pBlockParam);
+
+/**
+ * Decodes of a segment of 30 blocks only what stands in each block's own space, and of that only the first places of
+ * the scan: for previews.
+ *
+ * A block ends at the first code that leads to place maxCoefficients or beyond; that code is consumed and its
+ * coefficient is not stored. So 1 gives the DC alone, and 64 all that the block's space holds.
+ *
+ * @param[in]     pStream          the segment
+ * @param[in]     pZigzagTables    two scans; each word is 0..63, not checked
+ * @param[in]     pHuffTable       table of zvpiInitAllocHuffmanTable_DV_32u()
+ * @param[in,out] pBlock           30 blocks, zero on entry; receives DC and AC coefficients
+ * @param[out]    pBlockParam      receives 30 words
+ * @param[in]     maxCoefficients  places of the scan to decode, 0 to 64, in its low byte; more than 64 are 64. The
+ *                                 DC is stored in any case
+ *
+ * Reads:  400 bytes of pStream and none behind them; 128 words of pZigzagTables; 1024 words of pHuffTable.
+ * Writes: coefficients in 3840 bytes of pBlock, 30 words of pBlockParam. No operand may overlap another.
+ *
+ * @retval zvpStatusNullPointer  A pointer is null.
+ * @retval zvpStatusOk           The segment was decoded, also when it is damaged.
+ */
+ZVP_API zvpStatus zvpiHuffmanDecodeSegmentOnePass_DV_8u16s(const uint8_t *pStream, const uint32_t *pZigzagTables,
+                                                           const uint32_t *pHuffTable, int16_t *pBlock,
+                                                           uint32_t *pBlockParam, int32_t maxCoefficients);
 
 /** @} */ /* dv_dv_segment_huffman_decoding */
 
 /**
  * @defgroup dv_dv_dequantization_and_inverse_dct_helpers DV dequantization and inverse DCT helpers
+ *
+ * From decoded to transformed blocks of DV, in place: a block is 64 int16_t, row-major, 128 bytes, as segment decoding
+ * leaves it: AC coefficients times 64, the DC times 128. Tables are the caller's, 64 int16_t in the order of the block;
+ * they hold the weights of IEC 61834-2 and SMPTE 314M, the quantization steps, and what scale the transform asks for.
+ * Results keep their low 16 bits. Tables may overlap each other and the block: all factors are those before the call.
  * @{
  */
+
+/**
+ * Dequantization by one table: for all 64 places, the DC too, x becomes ((x t) >> 14) & -4.
+ *
+ * A product of 3 * 2^14 so gives 0.
+ *
+ * @param[in,out] pSrcDst        the block
+ * @param[in]     pDequantTable  t, 64 factors
+ *
+ * Reads:  128 bytes of each.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  A pointer is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantInv_DV_16s_C1I(int16_t *pSrcDst, const int16_t *pDequantTable);
+
+/**
+ * Dequantization by weights and steps: for all 64 places, the DC too, x becomes ((x >> 3) w q) >> 16, the product in
+ * 32 bits, where it wraps.
+ *
+ * @param[in,out] pSrcDst          the block
+ * @param[in]     pWeightInvTable  w, 64 inverse weights
+ * @param[in]     pQuantInvTable   q, 64 steps
+ *
+ * Reads:  128 bytes of each.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  A pointer is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantWeightBlockInv_DV_16s_C1I(int16_t *pSrcDst, const int16_t *pWeightInvTable,
+                                                     const int16_t *pQuantInvTable);
+
+/**
+ * Dequantization of DV100 by weights and one step: the DC x becomes x >> 5, with neither; each other x becomes
+ * ((x >> 6) quantInvValue w) >> 5, the product in 32 bits, where it wraps.
+ *
+ * @param[in,out] pSrcDst          the block
+ * @param[in]     pWeightInvTable  w, 64 inverse weights, of which the first has no effect
+ * @param[in]     quantInvValue    the step, any value
+ *
+ * Reads:  128 bytes of each.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  A pointer is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiQuantWeightBlockInv_DV100_16s_C1I(int16_t *pSrcDst, const int16_t *pWeightInvTable,
+                                                        int32_t quantInvValue);
+
+/**
+ * Inverse 2-4-8 DCT and reduction to 4x4 samples, for previews.
+ *
+ * The block is transformed by zvpiDCT2x4x8Inv_16s_C1I(); each 2x2 of its samples becomes their mean, truncated toward
+ * zero. The 16 means, row-major, 4 a row, are written to the first 16 elements; the other 48 keep the samples that the
+ * transform has put there.
+ *
+ * @param[in,out] pSrcDst  the coefficients; receives the samples
+ *
+ * Reads:  the block.
+ * Writes: the block.
+ *
+ * @retval zvpStatusNullPointer  pSrcDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiDCT8x4x2To4x4Inv_DV_16s_C1I(int16_t *pSrcDst);
 
 /** @} */ /* dv_dv_dequantization_and_inverse_dct_helpers */
 
 /**
  * @defgroup dv_dv_store_to_packed_4_2_2 DV store to packed 4:2:2
+ *
+ * The last step of a DV decoder: macroblocks of transformed samples go to their places in a frame of packed 4:2:2.
+ *
+ * Source: six blocks of 64 int16_t, one behind the other, 768 bytes, named here by the element they begin at: luma 0,
+ * 64, 128, 192, Cr 256, Cb 320. A block has 8 rows of 8 samples, in the members for 4x4 blocks 4 rows of 4 in its first
+ * 16 elements. 4:2:2 has two luma blocks, 0 and 128; its blocks 64 and 192 are never read.
+ *
+ * Destination: 4 bytes for two pixels, Y Cb Y Cr. A sample v becomes v + 128 clipped to 0..255. A macroblock covers, in
+ * pixels at full size, by the shapes of IEC 61834-2 and SMPTE 314M:
+ *
+ * @verbatim
+ *   4:2:2, 16 x 8    4:1:1, 32 x 8             4:1:1 at the right edge     4:2:0, 16 x 16
+ *                                              of the frame, 16 x 16
+ *   +-----+-----+    +----+----+-----+-----+   +-----+-----+               +-----+-----+
+ *   |  0  | 128 |    |  0 | 64 | 128 | 192 |   |  0  |  64 |               |  0  |  64 |
+ *   +-----+-----+    +----+----+-----+-----+   +-----+-----+               +-----+-----+
+ *                                              | 128 | 192 |               | 128 | 192 |
+ *                                              +-----+-----+               +-----+-----+
+ *
+ *   columns of a chroma block, and the pixels that one sample serves:
+ *   0..7: 2 x 1      0..7: 4 x 1               0..3: upper half, 4 x 1     0..7: 2 x 2
+ *                                              4..7: lower half, 4 x 1
+ * @endverbatim
+ *
+ * Chroma of 4:1:1 at full size: sample k of a row stands at pixel pair 2 k; the pair between takes
+ * (c[k] + c[k + 1]) / 2, truncated toward zero. The last sample of a row is repeated; so at the right edge columns 3
+ * and 4, which stand in different rows of the frame, do not mix. All other members repeat a chroma sample in each pixel
+ * pair and row that it serves.
+ *
+ * Reduced size: each block by itself, luma and chroma, becomes a block of 4x4 (ZoomOut2) or 2x2 samples (ZoomOut4), the
+ * means of 2x2 or 4x4 samples truncated toward zero, or one sample (ZoomOut8), the first element, which a decoder of
+ * previews may leave as the DC. They are laid out as at full size. What zvpiDCT8x4x2To4x4Inv_DV_16s_C1I() makes of
+ * blocks goes through the members for 4x4 blocks, with the result of ZoomOut2.
+ *
+ * Members for five macroblocks take arrays of five pointers. Some test the two pointers of each macroblock in turn; the
+ * others stop at the first null source and report nothing, and do not test the destinations before it.
+ *
+ * dstStep may have any value, negative ones too. Sources must not overlap destinations.
  * @{
  */
+
+/**
+ * 4:2:2, five macroblocks of 16x8 pixels.
+ *
+ * @verbatim
+ *   +-----+-----+
+ *   |  0  | 128 |   chroma sample k of row r serves pair k of row r
+ *   +-----+-----+   16 x 8
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  the 128 bytes of blocks 0, 128, 256 and 320 of each macroblock.
+ * Writes: 8 rows of 32 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null; or, when its turn comes, an element of either. The
+ *                               macroblocks before it are stored.
+ * @retval zvpStatusOk           All five are stored.
+ */
+ZVP_API zvpStatus zvpiYCrCb422ToYCbCr422_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                           int32_t dstStep);
+
+/**
+ * 4:2:2 at half size, five macroblocks of 8x4 pixels.
+ *
+ * @verbatim
+ *   +-----+-----+   16 means of 2x2 samples of each block
+ *   |  0  | 128 |   chroma mean k of row r serves pair k of row r
+ *   +-----+-----+   8 x 4
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  the 128 bytes of blocks 0, 128, 256 and 320 of each macroblock.
+ * Writes: 4 rows of 16 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null; or, when its turn comes, an element of either. The
+ *                               macroblocks before it are stored.
+ * @retval zvpStatusOk           All five are stored.
+ */
+ZVP_API zvpStatus zvpiYCrCb422ToYCbCr422_ZoomOut2_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                                    int32_t dstStep);
+
+/**
+ * 4:2:2 at quarter size, five macroblocks of 4x2 pixels.
+ *
+ * @verbatim
+ *   +-----+-----+   4 means of 4x4 samples of each block
+ *   |  0  | 128 |   chroma mean k of row r serves pair k of row r
+ *   +-----+-----+   4 x 2
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  the 128 bytes of blocks 0, 128, 256 and 320 of each macroblock.
+ * Writes: 2 rows of 8 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null; or, when its turn comes, an element of either. The
+ *                               macroblocks before it are stored.
+ * @retval zvpStatusOk           All five are stored.
+ */
+ZVP_API zvpStatus zvpiYCrCb422ToYCbCr422_ZoomOut4_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                                    int32_t dstStep);
+
+/**
+ * 4:2:2 at an eighth of the size, five macroblocks of 2x1 pixels: one row, so there is no step.
+ *
+ * @verbatim
+ *   Y[0] Cb[0] Y[128] Cr[0]
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ *
+ * Reads:  the first element of blocks 0, 128, 256 and 320 of each macroblock.
+ * Writes: 4 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null; or, when its turn comes, an element of either. The
+ *                               macroblocks before it are stored.
+ * @retval zvpStatusOk           All five are stored.
+ */
+ZVP_API zvpStatus zvpiYCrCb422ToYCbCr422_ZoomOut8_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5]);
+
+/**
+ * 4:2:2 from 4x4 blocks, five macroblocks of 8x4 pixels.
+ *
+ * @verbatim
+ *   +-----+-----+   elements 4 r .. 4 r + 3 of each block are its row r
+ *   |  0  | 128 |   chroma sample k of row r serves pair k of row r
+ *   +-----+-----+   8 x 4
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  the first 32 bytes of blocks 0, 128, 256 and 320 of each macroblock.
+ * Writes: 4 rows of 16 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null.
+ * @retval zvpStatusOk           Those before the first null element of ppSrc are stored, else all five.
+ */
+ZVP_API zvpStatus zvpiYCrCb422ToYCbCr422_8x4x5MB_DV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                                int32_t dstStep);
+
+/**
+ * 4:2:2 of DV100, ten halves of macroblocks, 16x8 pixels each.
+ *
+ * The source is eight blocks for each pair of halves, the pairs one behind the other.
+ *
+ * @verbatim
+ *                   even half         odd half
+ *                   +----+----+       +-----+-----+
+ *   luma            |  0 | 64 |       | 128 | 192 |     16 x 8 each
+ *                   +----+----+       +-----+-----+
+ *   Cr              256               320
+ *   Cb              384               448
+ * @endverbatim
+ *
+ * @param[in]  pSrc     five pairs of halves, 512 elements each
+ * @param[out] ppDst    the first pixel of each of the ten halves
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  5120 bytes of pSrc.
+ * Writes: 8 rows of 32 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  pSrc or ppDst is null; or, when its turn comes, an element of ppDst. The halves
+ *                               before it are stored.
+ * @retval zvpStatusOk           All ten are stored.
+ */
+ZVP_API zvpStatus zvpiYCrCb422ToYCbCr422_10HalvesMB16x8_DV100_16s8u_P3C2R(const int16_t *pSrc, uint8_t *const ppDst[10],
+                                                                          int32_t dstStep);
+
+/**
+ * 4:1:1, five macroblocks of 32x8 pixels, chroma interpolated.
+ *
+ * @verbatim
+ *   +----+----+-----+-----+   chroma of pair 2 k:     c[k]
+ *   |  0 | 64 | 128 | 192 |   chroma of pair 2 k + 1: (c[k] + c[k + 1]) / 2; of pair 15: c[7]
+ *   +----+----+-----+-----+   32 x 8
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  768 bytes of each macroblock.
+ * Writes: 8 rows of 64 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null.
+ * @retval zvpStatusOk           Those before the first null element of ppSrc are stored, else all five.
+ */
+ZVP_API zvpStatus zvpiYCrCb411ToYCbCr422_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                           int32_t dstStep);
+
+/**
+ * 4:1:1 at the right edge of the frame, one macroblock of 16x16 pixels, chroma interpolated.
+ *
+ * @verbatim
+ *   +-----+-----+   rows 0..7:  c[k] are columns 0..3 of the chroma blocks
+ *   |  0  |  64 |
+ *   +-----+-----+   chroma of pair 2 k:     c[k]
+ *   | 128 | 192 |   chroma of pair 2 k + 1: (c[k] + c[k + 1]) / 2; of pair 7: c[3]
+ *   +-----+-----+
+ *      16 x 16      rows 8..15: c[k] are columns 4..7
+ * @endverbatim
+ *
+ * @param[in]  pSrc     the macroblock
+ * @param[out] pDst     its first pixel
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  768 bytes of pSrc.
+ * Writes: 16 rows of 32 bytes.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiYCrCb411ToYCbCr422_EdgeDV_16s8u_P3C2R(const int16_t *pSrc, uint8_t *pDst, int32_t dstStep);
+
+/**
+ * 4:1:1 at half size, five macroblocks of 16x4 pixels.
+ *
+ * @verbatim
+ *   +----+----+-----+-----+   16 means of 2x2 samples of each block
+ *   |  0 | 64 | 128 | 192 |   chroma mean k of row r serves pairs 2 k and 2 k + 1 of row r
+ *   +----+----+-----+-----+   16 x 4
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  768 bytes of each macroblock.
+ * Writes: 4 rows of 32 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null.
+ * @retval zvpStatusOk           Those before the first null element of ppSrc are stored, else all five.
+ */
+ZVP_API zvpStatus zvpiYCrCb411ToYCbCr422_ZoomOut2_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                                    int32_t dstStep);
+
+/**
+ * 4:1:1 at the right edge at half size, one macroblock of 8x8 pixels.
+ *
+ * @verbatim
+ *   +-----+-----+   16 means of 2x2 samples of each block
+ *   |  0  |  64 |   rows 0..3: chroma mean 0 serves pairs 0 and 1, mean 1 pairs 2 and 3
+ *   +-----+-----+
+ *   | 128 | 192 |   rows 4..7: means 2 and 3 likewise
+ *   +-----+-----+   8 x 8
+ * @endverbatim
+ *
+ * @param[in]  pSrc     the macroblock
+ * @param[out] pDst     its first pixel
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  768 bytes of pSrc.
+ * Writes: 8 rows of 16 bytes.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiYCrCb411ToYCbCr422_ZoomOut2_EdgeDV_16s8u_P3C2R(const int16_t *pSrc, uint8_t *pDst,
+                                                                     int32_t dstStep);
+
+/**
+ * 4:1:1 at quarter size, five macroblocks of 8x2 pixels.
+ *
+ * @verbatim
+ *   +----+----+-----+-----+   4 means of 4x4 samples of each block
+ *   |  0 | 64 | 128 | 192 |   chroma mean k of row r serves pairs 2 k and 2 k + 1 of row r
+ *   +----+----+-----+-----+   8 x 2
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  768 bytes of each macroblock.
+ * Writes: 2 rows of 16 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null.
+ * @retval zvpStatusOk           Those before the first null element of ppSrc are stored, else all five.
+ */
+ZVP_API zvpStatus zvpiYCrCb411ToYCbCr422_ZoomOut4_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                                    int32_t dstStep);
+
+/**
+ * 4:1:1 at the right edge at quarter size, one macroblock of 4x4 pixels.
+ *
+ * @verbatim
+ *   +-----+-----+   4 means of 4x4 samples of each block
+ *   |  0  |  64 |   rows 0, 1: chroma mean 0 serves both pairs
+ *   +-----+-----+
+ *   | 128 | 192 |   rows 2, 3: chroma mean 1
+ *   +-----+-----+   4 x 4
+ * @endverbatim
+ *
+ * @param[in]  pSrc     the macroblock
+ * @param[out] pDst     its first pixel
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  768 bytes of pSrc.
+ * Writes: 4 rows of 8 bytes.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiYCrCb411ToYCbCr422_ZoomOut4_EdgeDV_16s8u_P3C2R(const int16_t *pSrc, uint8_t *pDst,
+                                                                     int32_t dstStep);
+
+/**
+ * 4:1:1 at an eighth of the size, five macroblocks of 4x1 pixels: one row, so there is no step.
+ *
+ * @verbatim
+ *   Y[0] Cb[0] Y[64] Cr[0]  Y[128] Cb[0] Y[192] Cr[0]
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ *
+ * Reads:  the first element of each block of each macroblock.
+ * Writes: 8 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null.
+ * @retval zvpStatusOk           Those before the first null element of ppSrc are stored, else all five.
+ */
+ZVP_API zvpStatus zvpiYCrCb411ToYCbCr422_ZoomOut8_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5]);
+
+/**
+ * 4:1:1 at the right edge at an eighth of the size, one macroblock of 2x2 pixels.
+ *
+ * @verbatim
+ *   Y[0]   Cb[0] Y[64]  Cr[0]
+ *   Y[128] Cb[0] Y[192] Cr[0]
+ * @endverbatim
+ *
+ * @param[in]  pSrc     the macroblock
+ * @param[out] pDst     its first pixel
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  the first element of each block.
+ * Writes: 2 rows of 4 bytes.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiYCrCb411ToYCbCr422_ZoomOut8_EdgeDV_16s8u_P3C2R(const int16_t *pSrc, uint8_t *pDst,
+                                                                     int32_t dstStep);
+
+/**
+ * 4:1:1 from 4x4 blocks, five macroblocks of 16x4 pixels; chroma is repeated, not interpolated.
+ *
+ * @verbatim
+ *   +----+----+-----+-----+   elements 4 r .. 4 r + 3 of each block are its row r
+ *   |  0 | 64 | 128 | 192 |   chroma sample k of row r serves pairs 2 k and 2 k + 1 of row r
+ *   +----+----+-----+-----+   16 x 4
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  the first 32 bytes of each block of each macroblock.
+ * Writes: 4 rows of 32 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null.
+ * @retval zvpStatusOk           Those before the first null element of ppSrc are stored, else all five.
+ */
+ZVP_API zvpStatus zvpiYCrCb411ToYCbCr422_16x4x5MB_DV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                                 int32_t dstStep);
+
+/**
+ * 4:1:1 at the right edge from 4x4 blocks, one macroblock of 8x8 pixels; chroma is repeated, not interpolated.
+ *
+ * @verbatim
+ *   +-----+-----+   elements 4 r .. 4 r + 3 of each block are its row r
+ *   |  0  |  64 |   rows 0..3: chroma sample 0 serves pairs 0 and 1, sample 1 pairs 2 and 3
+ *   +-----+-----+
+ *   | 128 | 192 |   rows 4..7: samples 2 and 3 likewise
+ *   +-----+-----+   8 x 8
+ * @endverbatim
+ *
+ * @param[in]  pSrc     the macroblock
+ * @param[out] pDst     its first pixel
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  the first 32 bytes of each block.
+ * Writes: 8 rows of 16 bytes.
+ *
+ * @retval zvpStatusNullPointer  pSrc or pDst is null.
+ * @retval zvpStatusOk           Done.
+ */
+ZVP_API zvpStatus zvpiYCrCb411ToYCbCr422_8x8MB_DV_16s8u_P3C2R(const int16_t *pSrc, uint8_t *pDst, int32_t dstStep);
+
+/**
+ * 4:2:0, five macroblocks of 16x16 pixels.
+ *
+ * @verbatim
+ *   +-----+-----+
+ *   |  0  |  64 |   chroma sample k of row r serves pair k of rows 2 r and 2 r + 1
+ *   +-----+-----+
+ *   | 128 | 192 |
+ *   +-----+-----+   16 x 16
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  768 bytes of each macroblock.
+ * Writes: 16 rows of 32 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null.
+ * @retval zvpStatusOk           Those before the first null element of ppSrc are stored, else all five.
+ */
+ZVP_API zvpStatus zvpiYCrCb420ToYCbCr422_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                           int32_t dstStep);
+
+/**
+ * 4:2:0 at half size, five macroblocks of 8x8 pixels.
+ *
+ * @verbatim
+ *   +-----+-----+   16 means of 2x2 samples of each block
+ *   |  0  |  64 |   chroma mean k of row r serves pair k of rows 2 r and 2 r + 1
+ *   +-----+-----+
+ *   | 128 | 192 |
+ *   +-----+-----+   8 x 8
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  768 bytes of each macroblock.
+ * Writes: 8 rows of 16 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null.
+ * @retval zvpStatusOk           Those before the first null element of ppSrc are stored, else all five.
+ */
+ZVP_API zvpStatus zvpiYCrCb420ToYCbCr422_ZoomOut2_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                                    int32_t dstStep);
+
+/**
+ * 4:2:0 at quarter size, five macroblocks of 4x4 pixels.
+ *
+ * @verbatim
+ *   +-----+-----+   4 means of 4x4 samples of each block
+ *   |  0  |  64 |   chroma mean k of row r serves pair k of rows 2 r and 2 r + 1
+ *   +-----+-----+
+ *   | 128 | 192 |
+ *   +-----+-----+   4 x 4
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  768 bytes of each macroblock.
+ * Writes: 4 rows of 8 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null.
+ * @retval zvpStatusOk           Those before the first null element of ppSrc are stored, else all five.
+ */
+ZVP_API zvpStatus zvpiYCrCb420ToYCbCr422_ZoomOut4_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                                    int32_t dstStep);
+
+/**
+ * 4:2:0 at an eighth of the size, five macroblocks of 2x2 pixels.
+ *
+ * @verbatim
+ *   Y[0]   Cb[0] Y[64]  Cr[0]
+ *   Y[128] Cb[0] Y[192] Cr[0]
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  the first element of each block of each macroblock.
+ * Writes: 2 rows of 4 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null.
+ * @retval zvpStatusOk           Those before the first null element of ppSrc are stored, else all five.
+ */
+ZVP_API zvpStatus zvpiYCrCb420ToYCbCr422_ZoomOut8_5MBDV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                                    int32_t dstStep);
+
+/**
+ * 4:2:0 from 4x4 blocks, five macroblocks of 8x8 pixels.
+ *
+ * @verbatim
+ *   +-----+-----+   elements 4 r .. 4 r + 3 of each block are its row r
+ *   |  0  |  64 |   chroma sample k of row r serves pair k of rows 2 r and 2 r + 1
+ *   +-----+-----+
+ *   | 128 | 192 |
+ *   +-----+-----+   8 x 8
+ * @endverbatim
+ *
+ * @param[in]  ppSrc    the five macroblocks
+ * @param[out] ppDst    their first pixels
+ * @param[in]  dstStep  bytes from one row to the next
+ *
+ * Reads:  the first 32 bytes of each block of each macroblock.
+ * Writes: 8 rows of 16 bytes at each ppDst.
+ *
+ * @retval zvpStatusNullPointer  ppSrc or ppDst is null; or, when its turn comes, an element of either. The
+ *                               macroblocks before it are stored.
+ * @retval zvpStatusOk           All five are stored.
+ */
+ZVP_API zvpStatus zvpiYCrCb420ToYCbCr422_8x8x5MB_DV_16s8u_P3C2R(int16_t *const ppSrc[5], uint8_t *const ppDst[5],
+                                                                int32_t dstStep);
 
 /** @} */ /* dv_dv_store_to_packed_4_2_2 */
 
