@@ -312,6 +312,7 @@ ZVP_INLINE U16<8> max(U16<8> a, U16<8> b) { return b + subSaturate(a, b); }
 // Single precision. min and max give b where a lane is not a number. toInteger drops the fraction; its lanes must fit.
 #if defined(ZVP_SIMD_PLAIN)
 ZVP_LANES2(operator*, float, mul_ps, a* b)
+ZVP_LANES2(operator/, float, div_ps, a / b)
 ZVP_LANES2(min, float, min_ps, a < b ? a : b)
 ZVP_LANES2(max, float, max_ps, a > b ? a : b)
 template <int N> ZVP_INLINE F32<N> toFloat(S32<N> a) {
@@ -330,6 +331,7 @@ template <int N> ZVP_INLINE S32<N> toInteger(F32<N> a) {
     return {_mm_castps_si128(_mm_##OP(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v)))};                  \
   }
 ZVP_FLOAT2(operator*, mul_ps)
+ZVP_FLOAT2(operator/, div_ps)
 ZVP_FLOAT2(min, min_ps)
 ZVP_FLOAT2(max, max_ps)
 #undef ZVP_FLOAT2
