@@ -3,10 +3,10 @@
 //
 // A pass works on four rows or columns at once and takes their elements in pairs, i with i + N / 2 of N, which one
 // instruction multiplies and adds. Rows come in the order that leaves the results of the first pass paired in the same
-// way for the second. An inverse transform knows how many of the elements can be other than zero, Wnz of W and Hnz of H.
+// way for the second. An inverse transform knows how many elements can be other than zero, Wnz of W and Hnz of H.
 //
-// Results of the inverse's first pass have up to 20 bits. They fit 16 for all coefficients that a stream can hold; where
-// they might not, the second pass takes pairs of 32-bit lanes.
+// Results of the inverse's first pass have up to 20 bits. For all coefficients that a stream can hold they fit 16;
+// where they might not, the second pass takes pairs of 32-bit lanes.
 #pragma once
 
 #include "simd.h"

@@ -44,8 +44,10 @@ constexpr const auto& tableFwdTransform() {
 }
 
 static_assert(TableFwdTransform8x8_0[0] == std::array<s16, 8>{21845, 21845, 21845, 21845, 21845, 21845, 21845, 21845});
-static_assert(TableFwdTransform8x8_0[1] == std::array<s16, 8>{29026, 27212, 16327, 7257, -7257, -16327, -27212, -29026});
-static_assert(TableFwdTransform8x8_0[6] == std::array<s16, 8>{10773, -28728, 28728, -10773, -10773, 28728, -28728, 10773});
+static_assert(TableFwdTransform8x8_0[1] ==
+              std::array<s16, 8>{29026, 27212, 16327, 7257, -7257, -16327, -27212, -29026});
+static_assert(TableFwdTransform8x8_0[6] ==
+              std::array<s16, 8>{10773, -28728, 28728, -10773, -10773, 28728, -28728, 10773});
 static_assert(TableFwdTransform4x4_0[2] == std::array<s16, 4>{15420, -15420, -15420, 15420});
 static_assert(TableFwdTransform4x4_0[3] == std::array<s16, 4>{8978, -19751, 19751, -8978});
 

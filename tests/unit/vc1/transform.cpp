@@ -9,16 +9,13 @@
 #include <string>
 
 #include "support/compare.h"
-#include "support/random.h"
+#include "unit/vc1/plane.h"
 #include "zvpvc.h"
 
 using namespace zvptest;
 namespace model = reference::vc1;
 
 namespace {
-
-using Plane = GuardedPlane<std::int16_t>;
-using Block = std::vector<std::int16_t>;
 
 struct Shape {
   const char* name;
@@ -40,14 +37,6 @@ constexpr Shape shapes[] = {
      zvpiTransform4x4Fwd_VC1_16s_C1IR},
 };
 
-Plane randomPlane(Rng& rng, int width, int height) {
-  const std::ptrdiff_t step = rng.step(2 * width, true);
-  const Guard guard = rng.guard();
-  Plane plane(width, height, step, guard);
-  fill(plane.bytes().data(), plane.bytes().size(), rng, Style::Uniform, 0, 255);
-  return plane;
-}
-
 // Values around the limits within which sums of the inverse transform keep 16 bits, and of the whole range.
 void fillValues(Plane& plane, Rng& rng) {
   const int limit = rng.pick<int>({3, 200, 1000, 2911, 2912, 2913, 4096, 32767});
@@ -67,22 +56,12 @@ model::Corner randomPromise(Rng& rng) {
   return {width, rng.chance(2) ? width : size()};
 }
 
-// The values of a plane; those outside it are what a call must not see.
-Block valuesOf(const Plane& plane, int width, int height) {
+// The corner's elements in a block; those outside it are what a call must not see.
+Block inBlock(const Plane& corner, int width, int height) {
   Block values(std::size_t(width * height), 12345);
-  for (int y = 0; y < plane.height(); ++y)
-    for (int x = 0; x < plane.width(); ++x) values[std::size_t(y * width + x)] = plane.get(x, y);
+  for (int y = 0; y < corner.height(); ++y)
+    for (int x = 0; x < corner.width(); ++x) values[std::size_t(y * width + x)] = corner.get(x, y);
   return values;
-}
-
-// The plane's bytes with all of its values replaced.
-std::vector<std::uint8_t> with(Plane& plane, const Block& values) {
-  const auto before = plane.snapshot();
-  for (int y = 0; y < plane.height(); ++y)
-    for (int x = 0; x < plane.width(); ++x) plane.set(x, y, values[std::size_t(y * plane.width() + x)]);
-  auto after = plane.snapshot();
-  std::copy(before.begin(), before.end(), plane.bytes().data());
-  return after;
 }
 
 zvpSize sizeOf(model::Corner corner) { return {corner.width, corner.height}; }
@@ -107,7 +86,7 @@ TEST(Transform, InverseMatchesTheModel) {
     Plane src = randomPlane(rng, corner.width, corner.height), dst = randomPlane(rng, shape.width, shape.height);
     fillValues(src, rng);
     Block wanted(std::size_t(shape.width * shape.height));
-    model::transformInverse(shape.width, shape.height, valuesOf(src, shape.width, shape.height).data(), promise,
+    model::transformInverse(shape.width, shape.height, inBlock(src, shape.width, shape.height).data(), promise,
                             wanted.data());
     const auto expected = with(dst, wanted);
     src.bytes().makeReadOnly();
@@ -123,7 +102,7 @@ TEST(Transform, InverseInPlaceMatchesTheModel) {
     const auto promise = randomPromise(rng);
     Plane block = randomPlane(rng, shape.width, shape.height);
     fillValues(block, rng);
-    Block wanted = valuesOf(block, shape.width, shape.height);
+    Block wanted = valuesOf(block);
     model::transformInverse(shape.width, shape.height, wanted.data(), promise, wanted.data());
     const auto expected = with(block, wanted);
     ASSERT_EQ(shape.inverseInPlace(block.data(), std::int32_t(block.step()), sizeOf(promise)), zvpStatusOk);
@@ -135,7 +114,7 @@ TEST(Transform, ForwardMatchesTheModel) {
   forAllShapes(3000, [](const Shape& shape, Rng& rng) {
     Plane src = randomPlane(rng, shape.width, shape.height), dst = randomPlane(rng, shape.width, shape.height);
     fillValues(src, rng);
-    Block wanted = valuesOf(src, shape.width, shape.height);
+    Block wanted = valuesOf(src);
     model::transformForward(shape.width, shape.height, wanted.data(), wanted.data());
     const auto expected = with(dst, wanted), expectedInPlace = with(src, wanted);
     ASSERT_EQ(shape.forward(src.data(), std::int32_t(src.step()), dst.data(), std::int32_t(dst.step())), zvpStatusOk);
@@ -181,7 +160,7 @@ TEST(Transform, DcByEveryPath) {
         std::int16_t block[64] = {std::int16_t(dc)};
         ASSERT_EQ(shape.inverseInPlace(block, 2 * shape.width, promise), zvpStatusOk);
         for (int i = 0; i < shape.width * shape.height; ++i)
-          ASSERT_EQ(block[i], wanted) << shape.name << " dc " << dc << " promised " << promise.width << " element " << i;
+          ASSERT_EQ(block[i], wanted) << shape.name << " dc " << dc << " promised " << promise.width;
       }
     }
   }

@@ -1,0 +1,108 @@
+#include "reference/vc1/quant.h"
+
+#include <algorithm>
+#include <string>
+
+#include "support/bench.h"
+#include "zvpvc.h"
+
+namespace {
+
+using Value = std::int16_t;
+namespace model = reference::vc1;
+
+// 32 blocks of few or of many coefficients. Calls in place get a fresh copy.
+struct Blocks {
+  Value source[32][64] = {}, work[32][64];
+  explicit Blocks(int limit) {
+    zvptest::Rng rng(1);
+    for (auto& block : source)
+      for (int y = 0; y < 8; ++y)
+        for (int x = 0; x < 8; ++x) block[8 * y + x] = Value(rng.range(-limit, limit) / (1 + x + y));
+  }
+  Value* fresh(int i) {
+    std::copy(source[i & 31], source[i & 31] + 64, work[i & 31]);
+    return work[i & 31];
+  }
+};
+
+constexpr zvpSize whole = {8, 8};
+int qpOf(int i) { return 2 + i % 61; }
+
+// call(block, QP, corner) for a member in place; model(block, QP) leaves what it ought to.
+template <class Call, class Model>
+void addInPlace(bench::Add add, const std::string& name, Blocks* blocks, Call call, Model wanted) {
+  add(
+      name.c_str(), "8x8",
+      [=](int i) {
+        zvpSize corner;
+        call(blocks->fresh(i), qpOf(i), &corner);
+      },
+      [=] {
+        Value values[64];
+        std::copy(blocks->source[5], blocks->source[5] + 64, values);
+        wanted(values, 7);
+        zvpSize corner;
+        auto* actual = blocks->fresh(5);
+        call(actual, 7, &corner);
+        return std::equal(values, values + 64, actual);
+      });
+}
+
+template <class Member>
+void addTwoBuffers(bench::Add add, const std::string& name, Blocks* blocks, Member member) {
+  add(name.c_str(), "8x8", [=](int i) {
+    zvpSize corner;
+    member(blocks->source[i & 31], blocks->work[i & 31], qpOf(i), &corner);
+  });
+}
+
+const bench::Rows rows = [](bench::Add add) {
+  auto* coefficients = bench::keep<Blocks>(2000);
+  auto* levels = bench::keep<Blocks>(30);
+  const auto forward = [&](const char* kind, model::Quantizer quantizer, auto call) {
+    addInPlace(
+        add, std::string("zvpiQuant") + kind + "_VC1_16s_C1IR", coefficients,
+        [=](Value* p, int qp, zvpSize*) { call(p, qp); },
+        [=](Value* p, int qp) { model::quantize(quantizer, p, qp, 8, 8); });
+  };
+  const auto inverse = [&](const char* kind, model::Quantizer quantizer, auto inPlace, auto twoBuffers) {
+    const std::string name = std::string("zvpiQuantInv") + kind + "_VC1_16s_C1";
+    addInPlace(add, name + "IR", levels, inPlace,
+               [=](Value* p, int qp) { model::dequantize(quantizer, p, p, qp, 8, 8, false); });
+    addTwoBuffers(add, name + "R", levels, twoBuffers);
+  };
+  forward("IntraUniform", {true, true}, [](Value* p, int qp) { zvpiQuantIntraUniform_VC1_16s_C1IR(p, 16, qp); });
+  forward("IntraNonuniform", {true, false},
+          [](Value* p, int qp) { zvpiQuantIntraNonuniform_VC1_16s_C1IR(p, 16, qp); });
+  forward("InterUniform", {false, true},
+          [](Value* p, int qp) { zvpiQuantInterUniform_VC1_16s_C1IR(p, 16, qp, whole); });
+  forward("InterNonuniform", {false, false},
+          [](Value* p, int qp) { zvpiQuantInterNonuniform_VC1_16s_C1IR(p, 16, qp, whole); });
+  inverse(
+      "IntraUniform", {true, true},
+      [](Value* p, int qp, zvpSize* nz) { zvpiQuantInvIntraUniform_VC1_16s_C1IR(p, 16, qp, nz); },
+      [](const Value* p, Value* q, int qp, zvpSize* nz) {
+        zvpiQuantInvIntraUniform_VC1_16s_C1R(p, 16, q, 16, qp, nz);
+      });
+  inverse(
+      "IntraNonuniform", {true, false},
+      [](Value* p, int qp, zvpSize* nz) { zvpiQuantInvIntraNonuniform_VC1_16s_C1IR(p, 16, qp, nz); },
+      [](const Value* p, Value* q, int qp, zvpSize* nz) {
+        zvpiQuantInvIntraNonuniform_VC1_16s_C1R(p, 16, q, 16, qp, nz);
+      });
+  inverse(
+      "InterUniform", {false, true},
+      [](Value* p, int qp, zvpSize* nz) { zvpiQuantInvInterUniform_VC1_16s_C1IR(p, 16, qp, whole, nz); },
+      [](const Value* p, Value* q, int qp, zvpSize* nz) {
+        zvpiQuantInvInterUniform_VC1_16s_C1R(p, 16, q, 16, qp, whole, nz);
+      });
+  inverse(
+      "InterNonuniform", {false, false},
+      [](Value* p, int qp, zvpSize* nz) { zvpiQuantInvInterNonuniform_VC1_16s_C1IR(p, 16, qp, whole, nz); },
+      [](const Value* p, Value* q, int qp, zvpSize* nz) {
+        zvpiQuantInvInterNonuniform_VC1_16s_C1R(p, 16, q, 16, qp, whole, nz);
+      });
+};
+
+}  // namespace
