@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "support/code_list.h"
-#include "support/guarded.h"
+#include "support/word_stream.h"
 #include "zvpvc.h"
 
 namespace model = reference::mpeg;
@@ -39,22 +39,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::memcpy(stream.data(), data + 7, size - 7);
   model::BitReader reader{stream.data(), data[7] % 32};
   while (reader.position < std::ptrdiff_t(8 * (size - 7))) {
-    const std::ptrdiff_t start = reader.position, base = start / 32;
+    const std::ptrdiff_t start = reader.position;
     reader.end = 0;
     std::int32_t wantedValue = -1, value = -1;
     std::uint8_t wantedFirst = 0, first = 0;
     std::int16_t wantedSecond = 0, second = 0;
     const bool good = entryWords == 2 ? model::decodeOne(reader, table, wantedValue)
                                       : model::decodePair(reader, table, wantedFirst, wantedSecond);
-    zvptest::GuardedArray<std::uint32_t> words(std::size_t((reader.end + 31) / 32 - base), zvptest::Guard::Behind);
-    std::copy_n(stream.begin() + base, words.size(), words.data());
-    const std::uint32_t* word = words.data();
-    std::int32_t offset = 31 - int(start % 32);
-    const zvpStatus status = entryWords == 2 ? zvpiDecodeHuffmanOne_1u32s(&word, &offset, &value, table)
-                                             : zvpiDecodeHuffmanPair_1u16s(&word, &offset, table, &first, &second);
+    zvptest::WordStream at(stream, start, reader.end);
+    const zvpStatus status = entryWords == 2
+                                 ? zvpiDecodeHuffmanOne_1u32s(&at.word, &at.offset, &value, table)
+                                 : zvpiDecodeHuffmanPair_1u16s(&at.word, &at.offset, table, &first, &second);
     require(status == (good ? zvpStatusOk : zvpStatusBadVlcInput), "the status");
     require(value == wantedValue && first == wantedFirst && second == wantedSecond, "a value");
-    require((word - words.data() + base) * 32 + 31 - offset == reader.position, "the cursor");
+    require(at.position() == reader.position, "the cursor");
     if (reader.position == start) ++reader.position;
   }
   zvpiHuffmanTableFree_32s(table);

@@ -3,14 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "support/alloc.h"
-#include "support/code_list.h"
 #include "support/compare.h"
+#include "support/compiled_table.h"
 #include "support/placed.h"
+#include "support/word_stream.h"
 #include "support/word_writer.h"
-#include "zvpvc.h"
 
 using namespace zvptest;
 namespace model = reference::mpeg;
@@ -19,10 +17,7 @@ namespace {
 
 enum Kind { Value = 2, RunLevel = 3 };  // words of a list entry
 
-struct FreeTable {
-  void operator()(std::int32_t* table) const { EXPECT_EQ(zvpiHuffmanTableFree_32s(table), zvpStatusOk); }
-};
-using Table = std::unique_ptr<std::int32_t[], FreeTable>;
+using Table = CompiledTable;
 
 zvpStatus compileInto(Kind kind, const std::int32_t* list, std::int32_t** table) {
   return kind == Value ? zvpiHuffmanTableInitAlloc_32s(list, table)
@@ -43,23 +38,6 @@ void expectSameTable(const Table& table, const std::vector<std::int32_t>& wanted
   ASSERT_TRUE(sameArray(table.get(), wanted.data(), wanted.size()));
 }
 
-// Where a reader stands in words that are mapped as far as it may look and no further.
-struct Cursor {
-  GuardedArray<std::uint32_t> words;
-  const std::uint32_t* word;
-  std::int32_t offset;
-
-  // end: behind the last bit that may be looked at.
-  Cursor(const std::vector<std::uint32_t>& all, std::ptrdiff_t position, std::ptrdiff_t end)
-      : words(std::size_t((end + 31) / 32 - position / 32), Guard::Behind),
-        word(words.data()),
-        offset(31 - int(position % 32)) {
-    std::copy_n(all.begin() + position / 32, words.size(), words.data());
-    words.bytes().makeReadOnly();
-  }
-  std::ptrdiff_t moved() const { return (word - words.data()) * 32 + 31 - offset; }
-};
-
 // One read at a position, by library and model, value and cursor compared.
 void expectSameRead(Kind kind, const std::int32_t* table, const std::vector<std::uint32_t>& stream,
                     model::BitReader& reader) {
@@ -70,12 +48,12 @@ void expectSameRead(Kind kind, const std::int32_t* table, const std::vector<std:
   reader.end = 0;
   const bool good = kind == Value ? model::decodeOne(reader, table, wantedValue)
                                   : model::decodePair(reader, table, wantedFirst, wantedSecond);
-  Cursor cursor(stream, start, reader.end);
+  WordStream cursor(stream, start, reader.end);
   const zvpStatus status = kind == Value
                                ? zvpiDecodeHuffmanOne_1u32s(&cursor.word, &cursor.offset, &value, table)
                                : zvpiDecodeHuffmanPair_1u16s(&cursor.word, &cursor.offset, table, &first, &second);
   ASSERT_EQ(status, good ? zvpStatusOk : zvpStatusBadVlcInput);
-  ASSERT_EQ(cursor.moved(), reader.position - start / 32 * 32);
+  ASSERT_EQ(cursor.position(), reader.position);
   ASSERT_GE(cursor.offset, 0);
   ASSERT_LE(cursor.offset, 31);
   ASSERT_EQ(value, kind == Value ? wantedValue : -1);
