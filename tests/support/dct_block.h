@@ -78,13 +78,14 @@ inline BlockOutcome wantedOutcome(const BlockCase& c, reference::mpeg::BitReader
 // What the library makes of it, in memory that ends where the model stopped looking.
 inline BlockOutcome actualOutcome(const BlockCase& c, WordStream& stream, int scanEntries, Rng& rng) {
   Placed<std::int32_t> scan({c.scan.begin(), c.scan.begin() + scanEntries}, rng), size({unwrittenSize}, rng);
-  Placed<std::int16_t> weights(c.weights, rng), prediction({c.prediction}, rng),
-      block(randomValues<std::int16_t>(64, rng, Style::Uniform, -32768, 32767), rng);
+  const bool weighted = !c.weights.empty();
+  Placed<std::int16_t> weights(weighted ? c.weights : std::vector<std::int16_t>(1), rng),
+      prediction({c.prediction}, rng), block(randomValues<std::int16_t>(64, rng, Style::Uniform, -32768, 32767), rng);
   scan.readOnly();
   weights.readOnly();
   const zvpStatus status = reconstructBlock(
       c.member, {&stream.word, &stream.offset, c.firstTable, c.acTable, scan.data(), c.scale,
-                 c.weights.empty() ? nullptr : weights.data(), prediction.data(), c.shift, block.data(), size.data()});
+                 weighted ? weights.data() : nullptr, prediction.data(), c.shift, block.data(), size.data()});
   return {status, stream.position(), size.values()[0], prediction.values()[0], block.values()};
 }
 
