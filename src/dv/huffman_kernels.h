@@ -1,6 +1,7 @@
-// Decoding of a DV video segment (IEC 61834-2, SMPTE 314M). The codes of a block that do not fit its space of bits stand
-// in what other blocks have left: of the macroblock first, then of the segment. So there are three passes over lists of
-// unfinished blocks and of free spaces, one piece for 30 and for 40 blocks. Reading bits is serial, so this is scalar.
+// Decoding of a DV video segment (IEC 61834-2, SMPTE 314M). The codes of a block that do not fit its space of bits
+// stand in what other blocks have left: of the macroblock first, then of the segment. So there are three passes over
+// lists of unfinished blocks and of free spaces, one piece for 30 and for 40 blocks. Reading bits is serial, so this is
+// scalar.
 #pragma once
 
 #include <algorithm>
@@ -171,7 +172,8 @@ struct SegmentLayout {
   std::array<u8, 8> at, bytes;
 };
 inline constexpr SegmentLayout layoutDV = {6, true, {4, 18, 32, 46, 60, 70}, {14, 14, 14, 14, 10, 10}};
-inline constexpr SegmentLayout layoutDV100 = {8, false, {4, 14, 24, 34, 44, 54, 64, 72}, {10, 10, 10, 10, 10, 10, 8, 8}};
+inline constexpr SegmentLayout layoutDV100 = {
+    8, false, {4, 14, 24, 34, 44, 54, 64, 72}, {10, 10, 10, 10, 10, 10, 8, 8}};
 
 enum class Passes { One, Three };
 

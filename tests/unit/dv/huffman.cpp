@@ -47,7 +47,9 @@ const model::Codes& completeCodes() {
 
 enum class Member { DV, DV100, OnePass };
 
-const model::Format& formatOf(Member member) { return member == Member::DV100 ? model::formatDV100() : model::formatDV(); }
+const model::Format& formatOf(Member member) {
+  return member == Member::DV100 ? model::formatDV100() : model::formatDV();
+}
 
 zvpStatus call(Member member, const uint8_t* stream, const uint32_t* scans, const uint32_t* table, int16_t* block,
                uint32_t* params, int32_t maxCoefficients) {
