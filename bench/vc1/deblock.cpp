@@ -29,11 +29,11 @@ class Edges {
     if (member_.pairs == nullptr)
       member_.plane(at(plane_, i), quant, step, flag_);
     else
-      member_.pairs(at(plane_, i), quant, step, flag_, flag_ >> 1);
+      member_.pairs(at(plane_, i), quant, step, flag_, flag_);
   }
   bool sameAsModel() {
     auto expected = first_;
-    const std::uint32_t flags[2] = {flag_, flag_ >> 1};
+    const std::uint32_t flags[2] = {flag_, flag_};
     for (int i = 0; i < count; ++i) deblock(member_, at(expected, i), quant, step, flags);
     for (int i = 0; i < count; ++i) call(i);
     return plane_ == expected;

@@ -16,30 +16,24 @@ namespace zvp::vc1 {
 using namespace simd;
 
 // P1 to P8 of N lines.
-template <int N>
-struct Samples {
-  S16<N> p[8];
-};
+template <int N> struct Samples { S16<N> p[8]; };
 
 // (2 (a - d) - 5 (b - c) + 4) >> 3, which is within -223..223.
-template <int N>
-ZVP_INLINE S16<N> slope(S16<N> a, S16<N> b, S16<N> c, S16<N> d) {
+template <int N> ZVP_INLINE S16<N> slope(S16<N> a, S16<N> b, S16<N> c, S16<N> d) {
   const auto inner = b - c, outer = a - d;
   const auto twice = outer - inner - inner;
   return shiftRight<3>((twice + twice) - inner + splat<S16<N>>(4));
 }
 
 // The value of the third line of each group in all four.
-template <int N>
-ZVP_INLINE S16<N> ofDecidingLine(S16<N> lines) {
+template <int N> ZVP_INLINE S16<N> ofDecidingLine(S16<N> lines) {
   return shuffleHigh16<0xaa>(shuffleLow16<0xaa>(lines));
 }
 
 // -d of each line: P4 and P5 become P4 + it and P5 - it. 0 where a line or its group fails a test.
 //
 // d is 5 (sign(a0) a3 - a0) / 8, which has the opposite sign of a0, if P4 - P5 has that sign too.
-template <int N>
-ZVP_INLINE S16<N> movement(const Samples<N>& lines, S16<N> quant) {
+template <int N> ZVP_INLINE S16<N> movement(const Samples<N>& lines, S16<N> quant) {
   const auto& p = lines.p;
   const auto none = zero<S16<N>>();
   const auto a0 = slope(p[2], p[3], p[4], p[5]);
@@ -59,15 +53,13 @@ ZVP_INLINE S16<N> movement(const Samples<N>& lines, S16<N> quant) {
 // ---- how lines lie in memory --------------------------------------------------------------------------------------
 // p is at P5 of the first line. Count lines are read and written, 4, 8 or 16; of 4, the lanes behind them are 0.
 
-template <int Count>
-using LinesOf = S16<Count == 4 ? 8 : Count>;
+template <int Count> using LinesOf = S16<Count == 4 ? 8 : Count>;
 
 // Lines along columns of a plane.
 struct HorizontalEdge {
   static constexpr std::ptrdiff_t alongStep(std::ptrdiff_t) { return 1; }
 
-  template <int Count>
-  ZVP_INLINE static auto load(const u8* p, std::ptrdiff_t step) {
+  template <int Count> ZVP_INLINE static auto load(const u8* p, std::ptrdiff_t step) {
     Samples<Lanes<LinesOf<Count>>::count> s;
 #pragma GCC unroll 8
     for (int i = 0; i < 8; ++i) {
@@ -79,8 +71,7 @@ struct HorizontalEdge {
     }
     return s;
   }
-  template <int Count, int N>
-  ZVP_INLINE static void store(u8* p, std::ptrdiff_t step, S16<N> p4, S16<N> p5) {
+  template <int Count, int N> ZVP_INLINE static void store(u8* p, std::ptrdiff_t step, S16<N> p4, S16<N> p5) {
     const auto packed = packSaturateU8(p4, p5);
     if constexpr (Count == 4) {
       storeBytes<4>(p - step, packed);
@@ -99,8 +90,7 @@ struct HorizontalEdge {
 struct VerticalEdge {
   static constexpr std::ptrdiff_t alongStep(std::ptrdiff_t step) { return step; }
 
-  template <int Count>
-  ZVP_INLINE static auto load(const u8* p, std::ptrdiff_t step) {
+  template <int Count> ZVP_INLINE static auto load(const u8* p, std::ptrdiff_t step) {
     // In a 32-byte register the halves hold rows i and i + 8.
     constexpr int n = Lanes<LinesOf<Count>>::count;
     U8<2 * n> row[8];
@@ -132,8 +122,7 @@ struct VerticalEdge {
     }
     return s;
   }
-  template <int Count, int N>
-  ZVP_INLINE static void store(u8* p, std::ptrdiff_t step, S16<N> p4, S16<N> p5) {
+  template <int Count, int N> ZVP_INLINE static void store(u8* p, std::ptrdiff_t step, S16<N> p4, S16<N> p5) {
     if constexpr (Count == 16) {
       store<8>(p, step, lowHalf(p4), lowHalf(p5));
       store<8>(p + 8 * step, step, highHalf(p4), highHalf(p5));
@@ -146,23 +135,20 @@ struct VerticalEdge {
   }
 };
 
-template <class Edge, int Count, int N>
-ZVP_INLINE void filterLines(u8* p, std::ptrdiff_t step, S16<N> quant) {
+template <class Edge, int Count, int N> ZVP_INLINE void filterLines(u8* p, std::ptrdiff_t step, S16<N> quant) {
   const auto lines = Edge::template load<Count>(p, step);
   const auto d = movement(lines, quant);
   if (!noneSet(d)) Edge::template store<Count>(p, step, lines.p[3] + d, lines.p[4] - d);
 }
 
 // pQuant in 16 bits: no |a0| is above 223.
-template <int N>
-ZVP_INLINE S16<N> quantLanes(s32 quant) {
+template <int N> ZVP_INLINE S16<N> quantLanes(s32 quant) {
   const auto wide = splat<S32<N / 2>>(quant);
   return packSaturateS16(wide, wide);
 }
 
 // Whether a flag disables a group of an edge of Count lines: four bits serve four groups or two.
-template <int Count>
-ZVP_INLINE bool isDisabled(u32 flag, int group) {
+template <int Count> ZVP_INLINE bool isDisabled(u32 flag, int group) {
   constexpr int bits = 16 / Count;
   return (flag >> group * bits & ((1u << bits) - 1)) != 0;
 }
@@ -173,12 +159,12 @@ template <class Edge, int Count>
 [[gnu::noinline]] void filterGroups(u8* p, std::ptrdiff_t step, s32 quant, u32 disabledFlag) {
   const auto lanes = quantLanes<8>(quant);
   for (int group = 0; group < Count / 4; ++group)
-    if (!isDisabled<Count>(disabledFlag, group)) filterLines<Edge, 4>(p + 4 * group * Edge::alongStep(step), step, lanes);
+    if (!isDisabled<Count>(disabledFlag, group))
+      filterLines<Edge, 4>(p + 4 * group * Edge::alongStep(step), step, lanes);
 }
 
 // An edge of Count lines.
-template <class Edge, int Count>
-ZVP_INLINE void filterEdge(u8* p, std::ptrdiff_t step, s32 quant, u32 disabledFlag) {
+template <class Edge, int Count> ZVP_INLINE void filterEdge(u8* p, std::ptrdiff_t step, s32 quant, u32 disabledFlag) {
   constexpr int atOnce = Count < registerBytes / 2 ? Count : registerBytes / 2;
   if (!nothingDisabled(disabledFlag)) return filterGroups<Edge, Count>(p, step, quant, disabledFlag);
   const auto lanes = quantLanes<atOnce>(quant);
@@ -193,13 +179,13 @@ struct HorizontalPairs {
   static constexpr std::ptrdiff_t acrossStep(std::ptrdiff_t step) { return step; }
   static constexpr std::ptrdiff_t alongStep(std::ptrdiff_t) { return 2; }
 
-  ZVP_INLINE static void load(const u8* p, std::ptrdiff_t step, S16<8> (&pairs)[8]) {
+  template <int Count> ZVP_INLINE static void load(const u8* p, std::ptrdiff_t step, S16<8> (&pairs)[8]) {
 #pragma GCC unroll 8
-    for (int i = 0; i < 8; ++i) pairs[i] = simd::load<S16<8>>(p + (i - 4) * step);
+    for (int i = 0; i < 8; ++i) pairs[i] = loadBytes<S16<8>, 2 * Count>((i < 4 ? p - 4 * step : p) + i % 4 * step);
   }
-  ZVP_INLINE static void store(u8* p, std::ptrdiff_t step, S16<8> p4, S16<8> p5) {
-    simd::store(p - step, p4);
-    simd::store(p, p5);
+  template <int Count> ZVP_INLINE static void store(u8* p, std::ptrdiff_t step, S16<8> p4, S16<8> p5) {
+    storeBytes<2 * Count>(p - step, p4);
+    storeBytes<2 * Count>(p, p5);
   }
 };
 
@@ -207,22 +193,21 @@ struct VerticalPairs {
   static constexpr std::ptrdiff_t acrossStep(std::ptrdiff_t) { return 2; }
   static constexpr std::ptrdiff_t alongStep(std::ptrdiff_t step) { return step; }
 
-  ZVP_INLINE static void load(const u8* p, std::ptrdiff_t step, S16<8> (&pairs)[8]) {
+  template <int Count> ZVP_INLINE static void load(const u8* p, std::ptrdiff_t step, S16<8> (&pairs)[8]) {
 #pragma GCC unroll 8
-    for (int i = 0; i < 8; ++i) pairs[i] = simd::load<S16<8>>(p - 8 + i * step);
+    for (int i = 0; i < 8; ++i) pairs[i] = i < Count ? simd::load<S16<8>>(p - 8 + i * step) : zero<S16<8>>();
     transpose(pairs);
   }
-  ZVP_INLINE static void store(u8* p, std::ptrdiff_t step, S16<8> p4, S16<8> p5) {
+  template <int Count> ZVP_INLINE static void store(u8* p, std::ptrdiff_t step, S16<8> p4, S16<8> p5) {
     storeRows<4>(p - 2, step, as<U8<16>>(interleaveLow(p4, p5)));
-    storeRows<4>(p - 2 + 4 * step, step, as<U8<16>>(interleaveHigh(p4, p5)));
+    if constexpr (Count == 8) storeRows<4>(p - 2 + 4 * step, step, as<U8<16>>(interleaveHigh(p4, p5)));
   }
 };
 
-// All of both components.
-template <class Pairs>
-ZVP_INLINE void filterPairs(u8* p, std::ptrdiff_t step, s32 quant) {
+// Both components of Count lines.
+template <class Pairs, int Count> ZVP_INLINE void filterPairs(u8* p, std::ptrdiff_t step, s32 quant) {
   S16<8> pairs[8];
-  Pairs::load(p, step, pairs);
+  Pairs::template load<Count>(p, step, pairs);
   Samples<8> u, v;
 #pragma GCC unroll 8
   for (int i = 0; i < 8; ++i) {
@@ -232,7 +217,7 @@ ZVP_INLINE void filterPairs(u8* p, std::ptrdiff_t step, s32 quant) {
   const auto lanes = quantLanes<8>(quant);
   // A result stays between P4 and P5, so no byte borrows from the one above.
   const auto d = movement(u, lanes) + shiftLeft<8>(movement(v, lanes));
-  if (!noneSet(d)) Pairs::store(p, step, pairs[3] + d, pairs[4] - d);
+  if (!noneSet(d)) Pairs::template store<Count>(p, step, pairs[3] + d, pairs[4] - d);
 }
 
 // A group whose samples lie anywhere: across is the distance along a line, along that from line to line.
@@ -252,20 +237,22 @@ inline void filterSamples(u8* p, std::ptrdiff_t across, std::ptrdiff_t along, s3
   }
 }
 
-// The groups that are not disabled, component by component; their samples alone are touched, not those in between.
-template <class Pairs>
-[[gnu::noinline]] void filterGroupsOfPairs(u8* p, std::ptrdiff_t step, s32 quant, u32 uDisabledFlag,
-                                           u32 vDisabledFlag) {
+// The groups that are not disabled. Of one without its twin its own samples alone are touched, not those in between.
+template <class Pairs> [[gnu::noinline]] void filterGroupsOfPairs(u8* p, std::ptrdiff_t step, s32 quant,
+                                                                  u32 uDisabledFlag, u32 vDisabledFlag) {
   const std::ptrdiff_t across = Pairs::acrossStep(step), along = Pairs::alongStep(step);
-  for (int component = 0; component < 2; ++component)
-    for (int group = 0; group < 2; ++group)
-      if (!isDisabled<8>(component == 0 ? uDisabledFlag : vDisabledFlag, group))
-        filterSamples(p + component + 4 * group * along, across, along, quant);
+  for (int group = 0; group < 2; ++group, p += 4 * along) {
+    const bool u = !isDisabled<8>(uDisabledFlag, group), v = !isDisabled<8>(vDisabledFlag, group);
+    if (u && v)
+      filterPairs<Pairs, 4>(p, step, quant);
+    else if (u || v)
+      filterSamples(u ? p : p + 1, across, along, quant);
+  }
 }
 
 template <class Pairs>
 ZVP_INLINE void filterPairsEdge(u8* p, std::ptrdiff_t step, s32 quant, u32 uDisabledFlag, u32 vDisabledFlag) {
-  if (nothingDisabled(uDisabledFlag | vDisabledFlag)) return filterPairs<Pairs>(p, step, quant);
+  if (nothingDisabled(uDisabledFlag | vDisabledFlag)) return filterPairs<Pairs, 8>(p, step, quant);
   filterGroupsOfPairs<Pairs>(p, step, quant, uDisabledFlag, vDisabledFlag);
 }
 

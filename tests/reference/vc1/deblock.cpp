@@ -34,8 +34,10 @@ bool filterLine(std::uint8_t* p, std::ptrdiff_t across, std::int32_t quant) {
 
 const std::vector<DeblockMember>& deblockMembers() {
 #define NAMED(FUNCTION) #FUNCTION
-#define PLANE(FUNCTION, VERTICAL, LINES) {NAMED(FUNCTION), VERTICAL, LINES, 1, FUNCTION, nullptr}
-#define PAIRS(FUNCTION, VERTICAL) {NAMED(FUNCTION), VERTICAL, 8, 2, nullptr, FUNCTION}
+#define PLANE(FUNCTION, VERTICAL, LINES) \
+  { NAMED(FUNCTION), VERTICAL, LINES, 1, FUNCTION, nullptr }
+#define PAIRS(FUNCTION, VERTICAL) \
+  { NAMED(FUNCTION), VERTICAL, 8, 2, nullptr, FUNCTION }
   static const std::vector<DeblockMember> all = {
       PLANE(zvpiFilterDeblockingLuma_VerEdge_VC1_8u_C1IR, true, 16),
       PLANE(zvpiFilterDeblockingLuma_HorEdge_VC1_8u_C1IR, false, 16),

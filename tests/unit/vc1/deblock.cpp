@@ -54,8 +54,8 @@ class Picture {
     step_ = rng.step(whole, true);
     const std::ptrdiff_t distance = step_ < 0 ? -step_ : step_;
     bytes_ = GuardedBytes(std::size_t((rows - 1) * distance + rowBytes), rng.guard());
-    origin_ = (step_ < 0 ? (rows - 1) * distance : 0) - firstComponent + 4 * m.across(step_) -
-              4 * first * m.along(step_);
+    origin_ =
+        (step_ < 0 ? (rows - 1) * distance : 0) - firstComponent + 4 * m.across(step_) - 4 * first * m.along(step_);
   }
   std::ptrdiff_t step() const { return step_; }
   std::ptrdiff_t origin() const { return origin_; }
