@@ -7150,7 +7150,7 @@ ZVP_API zvpStatus zvpiInterpolateICBilinearBlock_VC1_8u_C2R(const zvpInterpolati
  *
  * Reads:  the eight samples of each line of the groups that are not disabled. A disabled group is not read.
  * Writes: P4 and P5 of these lines; what does not change may be written back as it was.
- * Steps:  any value, negative too.
+ * Steps:  any value, negative too. The lines of an edge must not overlap one another.
  * @{
  */
 
