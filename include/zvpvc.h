@@ -6693,9 +6693,9 @@ ZVP_API zvpStatus zvpiTransform4x4Fwd_VC1_16s_C1IR(int16_t *pSrcDst, int32_t src
  * multiplies in the inverse direction, where it may have any value. Elements are int16_t.
  *
  * Forward. The non-uniform quantizer first takes QP >> 1 off the magnitude: x -= sign(x) * (QP >> 1), where a small x
- * may pass zero. Then x becomes x / QP with the fraction dropped. The division is a product with a reciprocal and a
- * shift. It is exact for all x at all QP but 19, 21, 27, 41 and 55: there a few large multiples of QP come out one too
- * small in magnitude, such as 1723 for 32756 at QP 19. These results are part of the contract.
+ * may pass zero. Then x becomes x / QP with the fraction dropped, exactly at all QP but 19, 21, 27, 41 and 55: there
+ * the multiples of QP come out one too small in magnitude, such as 1723 for 32756 at QP 19, and at 55 large values one
+ * above a multiple too. These results are part of the contract.
  *
  * Inverse. x becomes x * QP with the uniform quantizer and x * QP + sign(x) * (QP >> 1) with the non-uniform one, where
  * sign(0) is 0. Results keep their low 16 bits and do not saturate.

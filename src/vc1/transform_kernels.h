@@ -9,8 +9,8 @@
 // where they might not, the second pass takes pairs of 32-bit lanes.
 #pragma once
 
-#include "simd.h"
 #include "vc1/transform_tables.h"
+#include "vc1/weigh.h"
 
 namespace zvp::vc1 {
 
@@ -22,16 +22,10 @@ template <int N> using Pairs = std::array<S16<8>, std::size_t(N / 2)>;
 // One sum for each point, of four rows or columns.
 template <int N> using Sums = std::array<S32<4>, std::size_t(N)>;
 
-// Two elements of 32 bits where S16<8> does not hold them.
+// Two elements of 32 bits where S16<8> does not hold them, and their weighted sum.
 struct WidePair {
   S32<4> first, second;
 };
-
-// first * x0 + second * x1 for the pairs (x0, x1).
-template <s16 first, s16 second>
-ZVP_INLINE S32<4> weigh(S16<8> pairs) {
-  return mulAddPairs(pairs, simd::as<S16<8>>(simd::splat<S32<4>>(s32(u16(first) | u32(u16(second)) << 16))));
-}
 template <s16 first, s16 second>
 ZVP_INLINE S32<4> weigh(WidePair pairs) {
   const auto a = mulLow(pairs.first, simd::splat<S32<4>>(first));
@@ -234,8 +228,7 @@ ZVP_INLINE Sums<N> forwardPoints(const S16<8>* x) {
     auto sum = simd::splat<S32<4>>(1 << (shift - 1));
 #pragma GCC unroll 4
     for (std::size_t i = 0; i < N / 2; ++i) {
-      const u32 pair = u16(factors[k][i]) | u32(u16(factors[k][i + N / 2])) << 16;
-      sum = sum + mulAddPairs(x[i], simd::as<S16<8>>(simd::splat<S32<4>>(s32(pair))));
+      sum = sum + mulAddPairs(x[i], weights(factors[k][i], factors[k][i + N / 2]));
     }
     points[k] = sixteenBitsFrom<shift>(sum);
   }
