@@ -51,6 +51,7 @@ template <int N> using U32 = Vec<u32, N>;
 template <int N> using S32 = Vec<s32, N>;
 template <int N> using U64 = Vec<u64, N>;
 template <int N> using F32 = Vec<float, N>;
+template <int N> using F64 = Vec<double, N>;
 
 template <class V> struct Lanes;
 template <class T, int N> struct Lanes<Vec<T, N>> {
@@ -136,6 +137,8 @@ template <class V> ZVP_INLINE V fromLow64(u64 bits) { return {_mm_cvtsi64_si128(
 template <class V> ZVP_INLINE V splat(typename Lanes<V>::Type value) {
   constexpr int size = sizeof(typename Lanes<V>::Type);
   if constexpr (std::is_same_v<typename Lanes<V>::Type, float>) return as<V>(splat<S32<Lanes<V>::count>>(std::bit_cast<s32>(value)));
+  else
+  if constexpr (std::is_same_v<typename Lanes<V>::Type, double>) return as<V>(splat<U64<Lanes<V>::count>>(std::bit_cast<u64>(value)));
   else
 #if defined(__AVX2__)
   if constexpr (Lanes<V>::bytes == 32) {
@@ -337,6 +340,26 @@ ZVP_FLOAT2(max, max_ps)
 #undef ZVP_FLOAT2
 ZVP_INLINE F32<4> toFloat(S32<4> a) { return {_mm_castps_si128(_mm_cvtepi32_ps(a.v))}; }
 ZVP_INLINE S32<4> toInteger(F32<4> a) { return {_mm_cvttps_epi32(_mm_castsi128_ps(a.v))}; }
+#endif
+
+// Double precision. toInteger drops the fraction and gives INT32_MIN for what does not fit; its upper two lanes are 0.
+#if defined(ZVP_SIMD_PLAIN)
+ZVP_LANES2(operator+, double, add_pd, a + b)
+ZVP_LANES2(operator*, double, mul_pd, a* b)
+ZVP_INLINE S32<4> toInteger(F64<2> a) {
+  S32<4> r{};
+  for (int i = 0; i < 2; ++i)
+    r.lane[i] = a.lane[i] > -2147483649.0 && a.lane[i] < 2147483648.0 ? s32(a.lane[i]) : INT32_MIN;
+  return r;
+}
+#else
+ZVP_INLINE F64<2> operator+(F64<2> a, F64<2> b) {
+  return {_mm_castpd_si128(_mm_add_pd(_mm_castsi128_pd(a.v), _mm_castsi128_pd(b.v)))};
+}
+ZVP_INLINE F64<2> operator*(F64<2> a, F64<2> b) {
+  return {_mm_castpd_si128(_mm_mul_pd(_mm_castsi128_pd(a.v), _mm_castsi128_pd(b.v)))};
+}
+ZVP_INLINE S32<4> toInteger(F64<2> a) { return {_mm_cvttpd_epi32(_mm_castsi128_pd(a.v))}; }
 #endif
 
 // |a - b| of unsigned lanes.

@@ -598,3 +598,38 @@ TEST(Simd, JoinsAndHalves) {
   EXPECT_EQ(array(highHalf(both)), array(high));
 }
 #endif
+TEST(Simd, FloatingPoint) {
+  Rng rng(14);
+  for (int round = 0; round < rounds(2000); ++round) {
+    std::array<double, 2> a, b;
+    for (auto* v : {&a, &b})
+      for (double& x : *v) x = double(s32(rng.next())) / double(rng.range(1, 1 << 20));
+    std::array<s32, 4> integers = {0, 0, 0, 0};
+    for (std::size_t i = 0; i < 2; ++i) {
+      EXPECT_EQ(array(lanes(a) + lanes(b))[i], a[i] + b[i]);
+      EXPECT_EQ(array(lanes(a) * lanes(b))[i], a[i] * b[i]);
+      integers[i] = s32(a[i]);
+    }
+    EXPECT_EQ(array(toInteger(lanes(a))), integers);
+    EXPECT_EQ(array(splat<F64<2>>(a[0])), (std::array<double, 2>{a[0], a[0]}));
+    std::array<s32, 4> dividend, divisor;
+    for (std::size_t i = 0; i < 4; ++i) {
+      dividend[i] = rng.range(-9999999, 9999999);
+      divisor[i] = rng.range(1, 9999999);
+    }
+    const auto quotient = array(toFloat(lanes(dividend)) / toFloat(lanes(divisor)));
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(quotient[i], float(dividend[i]) / float(divisor[i]));
+  }
+  using Pair = std::array<double, 2>;
+  const double infinity = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
+  // Through memory: what GCC folds at compile time saturates instead.
+  const auto integersOf = [](double x, double y) {
+    volatile double memory[] = {x, y};
+    return array(toInteger(lanes(Pair{memory[0], memory[1]})));
+  };
+  const s32 none = std::numeric_limits<s32>::min();
+  EXPECT_EQ(integersOf(2147483647.9, -2147483648.9), (std::array<s32, 4>{2147483647, none, 0, 0}));
+  EXPECT_EQ(integersOf(2147483648.0, -2147483649.0), (std::array<s32, 4>{none, none, 0, 0}));
+  EXPECT_EQ(integersOf(infinity, -infinity), (std::array<s32, 4>{none, none, 0, 0}));
+  EXPECT_EQ(integersOf(nan, -0.9), (std::array<s32, 4>{none, 0, 0, 0}));
+}
