@@ -49,6 +49,13 @@ struct Packet {
   bool wholeUnits = true;     // data end where a unit of the codec ends; false for pieces of an elementary stream
 };
 
+// Smaller pictures for a quick look: a zoom of 2, 4 or 8 divides width and height. A draft is coarser and takes less
+// work.
+struct Preview {
+  int zoom = 1;
+  bool draft = false;
+};
+
 class StreamError : public std::runtime_error {
  public:
   enum class Kind { Damaged, Unsupported };
@@ -65,6 +72,8 @@ class StreamError : public std::runtime_error {
 class Decoder {
  public:
   virtual ~Decoder() = default;
+  // Asks for a preview, ahead of everything else. False if there is none of the kind.
+  virtual bool setPreview(const Preview& preview) { return preview.zoom == 1 && !preview.draft; }
   // Parameters that a container keeps apart from the packets. Called before the first packet, if at all.
   virtual void configure(std::span<const std::uint8_t> /*parameters*/) {}
   // Decodes a packet and hands out the pictures that are due. After a StreamError only finish() may be called.
@@ -74,6 +83,8 @@ class Decoder {
   virtual void finish(const PictureSink& sink) = 0;
   // What the stream's headers tell, as name and value, for people to read. Grows as headers come in.
   virtual std::vector<std::pair<std::string, std::string>> describe() const = 0;
+  // What is wrong with the pictures though decoding went on, for people to read. Empty if there is nothing to say.
+  virtual std::string remark() const { return {}; }
 };
 
 }  // namespace video

@@ -4,12 +4,15 @@
 #include <cstdint>
 #include <string>
 
+#include "common/decoder.h"
+
 namespace zvptool {
 
 struct DecodeOptions {
   std::string input, output;
   std::int64_t frames = 0;  // 0: all
   bool md5 = false;
+  video::Preview preview;
 };
 int decode(const DecodeOptions& options);
 

@@ -9,7 +9,7 @@
 namespace zvptool {
 
 int decode(const DecodeOptions& options) {
-  PictureReader reader(options.input);
+  PictureReader reader(options.input, options.preview);
   std::unique_ptr<Writer> writer;
   if (!options.output.empty()) writer = makeWriter(options.output, reader.source().frameRate());
   video::Md5 md5;
@@ -26,6 +26,8 @@ int decode(const DecodeOptions& options) {
   if (writer) writer->finish();
   progress.finish();
   if (options.md5) std::printf("%s\n", md5.hex().c_str());
+  const std::string remark = reader.decoder().remark();
+  if (!remark.empty()) std::fprintf(stderr, "zvp: %s: %s\n", options.input.c_str(), remark.c_str());
   if (wanted() && !reader.error().empty()) {
     std::fprintf(stderr, "zvp: %s\n", reader.error().c_str());
     return 1;

@@ -31,6 +31,7 @@ int info(const std::string& input) {
   if (format.sampleAspect.known())
     line("sample aspect ratio", std::to_string(format.sampleAspect.num) + ":" + std::to_string(format.sampleAspect.den));
   line("pictures", std::to_string(pictures));
+  if (!reader.decoder().remark().empty()) line("damage", reader.decoder().remark());
   if (reader.error().empty()) return 0;
   std::fflush(stdout);
   std::fprintf(stderr, "zvp: %s\n", reader.error().c_str());

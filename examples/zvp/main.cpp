@@ -21,6 +21,10 @@ int main(int argc, char** argv) {
   decodeCommand->add_option("--frames", decode.frames, "stop after this many frames")->check(CLI::PositiveNumber);
   decodeCommand->add_flag("--md5", decode.md5, "print the MD5 of all planes of all frames");
 
+  decodeCommand->add_option("--zoom", decode.preview.zoom, "DV: pictures of a half, a quarter or an eighth of the size")
+      ->check(CLI::IsMember({2, 4, 8}));
+  decodeCommand->add_flag("--draft", decode.preview.draft, "DV, with --zoom 2: coarser pictures for less work");
+
   zvptool::CompareOptions compare;
   CLI::App* compareCommand = app.add_subcommand("compare", "decode with libavcodec as well and compare every sample");
   compareCommand->add_option("input", compare.input, "elementary stream or container")->required();

@@ -115,8 +115,11 @@ std::unique_ptr<Source> openSource(const std::string& path) {
   return std::make_unique<ContainerSource>(path);
 }
 
-PictureReader::PictureReader(const std::string& path) : source_(openSource(path)), path_(path) {
+PictureReader::PictureReader(const std::string& path, const video::Preview& preview)
+    : source_(openSource(path)), path_(path) {
   decoder_ = source_->codec().makeDecoder();
+  if (!decoder_->setPreview(preview))
+    throw ToolError(path + ": the decoder of " + source_->codec().name + " has no such preview");
   try {
     if (!source_->parameters().empty()) decoder_->configure(source_->parameters());
   } catch (const video::StreamError& error) {

@@ -44,7 +44,7 @@ std::unique_ptr<Source> openSource(const std::string& path);
 // why, after the last complete picture.
 class PictureReader {
  public:
-  explicit PictureReader(const std::string& path);
+  explicit PictureReader(const std::string& path, const video::Preview& preview = {});
   const Source& source() const { return *source_; }
   const video::Decoder& decoder() const { return *decoder_; }
   // Hands out pictures through the sink until at least one has come; false when there are no more.
