@@ -1,5 +1,6 @@
 #include "codecs.h"
 
+#include "dv/decoder.h"
 #include "h264/decoder.h"
 
 namespace zvptool {
@@ -7,6 +8,7 @@ namespace zvptool {
 const std::vector<Codec>& codecs() {
   static const std::vector<Codec> all = {
       {"H.264", AV_CODEC_ID_H264, "h264", h264::looksLikeStream, h264::makeDecoder},
+      {"DV", AV_CODEC_ID_DVVIDEO, "dv", dv::looksLikeStream, dv::makeDecoder, 45},
   };
   return all;
 }

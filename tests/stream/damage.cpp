@@ -3,6 +3,9 @@
 
 #include <chrono>
 
+#include "dv/decoder.h"
+#include "dv_support.h"
+#include "h264/decoder.h"
 #include "random_stream.h"
 #include "stream_support.h"
 #include "support/compare.h"
@@ -25,7 +28,7 @@ constexpr int mutations = 40;
 #endif
 
 // Where NAL units begin, at their start codes; the end of the stream comes last.
-std::vector<std::size_t> unitStarts(const Bytes& stream) {
+std::vector<std::size_t> nalUnits(const Bytes& stream) {
   std::vector<std::size_t> starts;
   for (std::size_t i = 0; i + 3 < stream.size(); ++i)
     if (stream[i] == 0 && stream[i + 1] == 0 && stream[i + 2] == 1) starts.push_back(i > 0 && stream[i - 1] == 0 ? i - 1 : i);
@@ -33,7 +36,24 @@ std::vector<std::size_t> unitStarts(const Bytes& stream) {
   return starts;
 }
 
-Bytes mutate(const Bytes& stream, Rng& rng) {
+// The DIF blocks of a DV stream.
+std::vector<std::size_t> difBlocks(const Bytes& stream) {
+  std::vector<std::size_t> starts;
+  for (std::size_t i = 0; i < stream.size(); i += dv::difBlockBytes) starts.push_back(i);
+  starts.push_back(stream.size());
+  return starts;
+}
+
+struct Codec {
+  std::vector<std::size_t> (*unitStarts)(const Bytes& stream);
+  std::unique_ptr<video::Decoder> (*makeDecoder)();
+  int largestPiece;
+  std::vector<video::Preview> previews;
+};
+const Codec h264Codec{nalUnits, h264::makeDecoder, 9000, {{}}};
+const Codec dvCodec{difBlocks, dv::makeDecoder, 200000, {{}, {2, false}, {2, true}, {4, false}, {8, false}}};
+
+Bytes mutate(const Bytes& stream, const Codec& codec, Rng& rng) {
   Bytes result = stream;
   const auto anywhere = [&](std::size_t size) { return std::size_t((std::uint64_t(rng.next()) * size) >> 32); };
   const auto flip = [&](int count) {
@@ -41,7 +61,7 @@ Bytes mutate(const Bytes& stream, Rng& rng) {
       result[anywhere(result.size())] ^= std::uint8_t(1u << rng.range(0, 7));
   };
   const auto unit = [&](std::size_t& from, std::size_t& to) {
-    const auto starts = unitStarts(result);
+    const auto starts = codec.unitStarts(result);
     const std::size_t i = anywhere(starts.size() - 1);
     from = starts[i];
     to = starts[i + 1];
@@ -85,14 +105,17 @@ Bytes mutate(const Bytes& stream, Rng& rng) {
 }
 
 // Decodes mutations of the stream. What is wrong is told with its place, and it ends in good time.
-void decodeMutations(const Bytes& stream, int count, std::uint64_t seedBase) {
+void decodeMutations(const Bytes& stream, const Codec& codec, int count, std::uint64_t seedBase) {
   int failures = 0;
   for (int seed = 1; seed <= count; ++seed) {
     SCOPED_TRACE("mutation " + std::to_string(seed));
     Rng rng(seedBase + std::uint64_t(seed));
-    const Bytes mutated = mutate(stream, rng);
+    const Bytes mutated = mutate(stream, codec, rng);
+    const std::size_t piece = std::size_t(rng.range(1, codec.largestPiece));
+    const auto decoder = codec.makeDecoder();
+    ASSERT_TRUE(decoder->setPreview(codec.previews[std::size_t(seed) % codec.previews.size()]));
     const auto begin = std::chrono::steady_clock::now();
-    const Decoded decoded = decodeH264(mutated, std::size_t(rng.range(1, 9000)), 0);
+    const Decoded decoded = decodeStream(*decoder, mutated, piece, 0);
     const auto seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     EXPECT_LT(seconds, 10);
     if (!decoded.failed) continue;
@@ -109,7 +132,7 @@ void decodeMutations(const Bytes& stream, int count, std::uint64_t seedBase) {
 Bytes beginning(const Bytes& stream, std::size_t most) {
   if (std::getenv("ZVP_TEST_WHOLE_SAMPLES") || stream.size() <= most) return stream;
   std::size_t end = 0;
-  for (const std::size_t start : unitStarts(stream))
+  for (const std::size_t start : nalUnits(stream))
     if (start <= most) end = start;
   return Bytes(stream.begin(), stream.begin() + std::ptrdiff_t(end));
 }
@@ -121,7 +144,7 @@ class DamagedSample : public ::testing::TestWithParam<const char*> {};
 TEST_P(DamagedSample, EndsInAnError) {
   const std::string name = GetParam();
   const std::size_t most = name == "VID_1280x720_cavlc_temporal_direct.264" ? 70000 : 40000;
-  decodeMutations(beginning(readFile(sample(name)), most), rounds(mutations), 1000);
+  decodeMutations(beginning(readFile(sample(name)), most), h264Codec, rounds(mutations), 1000);
 }
 INSTANTIATE_TEST_SUITE_P(H264, DamagedSample,
                          ::testing::Values("SVA_BA1_B.264", "BA_MW_D.264", "SVA_Base_B.264",
@@ -147,9 +170,26 @@ TEST(DamagedRandomStream, EndsInAnError) {
     if (o.gaps) o.bPictures = o.memoryCommands = false;
     o.pocType = unsigned(kind % 3);
     SCOPED_TRACE("kind " + std::to_string(kind));
-    decodeMutations(randomStream(o), rounds(mutations / 2), 5000);
+    decodeMutations(randomStream(o), h264Codec, rounds(mutations / 2), 5000);
   }
 }
+
+TEST(DamagedDv, EndsInAnErrorOrIsLeftOut) {
+  Bytes stream = readFile(sample("dv-pal-interlaced.dv"));
+  stream.resize(2 * 144000);
+  decodeMutations(stream, dvCodec, rounds(mutations), 20000);
+}
+
+class DamagedDvFormat : public ::testing::TestWithParam<DvFormat> {};
+
+TEST_P(DamagedDvFormat, EndsInAnErrorOrIsLeftOut) {
+  ZVP_NEED_PROGRAM("ffmpeg");
+  const TemporaryDirectory scratch;
+  makeDv(GetParam(), DvSource::Interlaced, 1, scratch / "coded.dv");
+  decodeMutations(readFile(scratch / "coded.dv"), dvCodec, rounds(mutations / 4), 30000);
+}
+INSTANTIATE_TEST_SUITE_P(Formats, DamagedDvFormat, ::testing::ValuesIn(dvFormats),
+                         [](const auto& instance) { return std::string(instance.param.name); });
 
 TEST(DamagedTool, SaysWhere) {
   const TemporaryDirectory scratch;
@@ -158,7 +198,7 @@ TEST(DamagedTool, SaysWhere) {
   for (int seed = 1; seed <= 20; ++seed) {
     Rng rng(9000 + std::uint64_t(seed));
     const auto path = scratch / "damaged.264";
-    writeFile(path, mutate(stream, rng));
+    writeFile(path, mutate(stream, h264Codec, rng));
     const CommandResult result = run(std::string("timeout 10 ") + ZVP_TOOL + " decode -o " +
                                      (scratch / "damaged.yuv").string() + " " + path.string());
     EXPECT_TRUE(result.exitCode == 0 || result.exitCode == 1) << result.exitCode << ": " << result.output;

@@ -14,9 +14,9 @@
 
 namespace zvptest {
 
-Decoded decodeH264(std::span<const std::uint8_t> stream, std::size_t piece, std::size_t keep) {
+Decoded decodeStream(video::Decoder& decoder, std::span<const std::uint8_t> stream, std::size_t piece,
+                     std::size_t keep) {
   Decoded result;
-  const auto decoder = h264::makeDecoder();
   const video::PictureSink sink = [&](const video::Picture& picture) {
     if (result.pictures.size() < keep) result.pictures.emplace_back(picture);
   };
@@ -25,7 +25,7 @@ Decoded decodeH264(std::span<const std::uint8_t> stream, std::size_t piece, std:
       // A copy of its own, so that a sanitizer sees what lies beyond it.
       const auto part = stream.subspan(at, std::min(piece, stream.size() - at));
       const Bytes copy(part.begin(), part.end());
-      decoder->decode({copy, std::int64_t(at), false}, sink);
+      decoder.decode({copy, std::int64_t(at), false}, sink);
     }
   } catch (const video::StreamError& error) {
     result.failed = true;
@@ -34,16 +34,20 @@ Decoded decodeH264(std::span<const std::uint8_t> stream, std::size_t piece, std:
     result.kind = error.kind();
   }
   try {
-    decoder->finish(sink);
+    decoder.finish(sink);
   } catch (const video::StreamError& error) {
     if (result.failed) throw std::logic_error("finish() fails after an error");
     result.failed = true;
     result.error = error.what();
     result.position = error.position();
     result.kind = error.kind();
-    decoder->finish(sink);
+    decoder.finish(sink);
   }
   return result;
+}
+
+Decoded decodeH264(std::span<const std::uint8_t> stream, std::size_t piece, std::size_t keep) {
+  return decodeStream(*h264::makeDecoder(), stream, piece, keep);
 }
 
 std::string md5Of(const std::vector<video::StoredPicture>& pictures) {

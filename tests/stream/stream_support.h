@@ -23,6 +23,8 @@ struct Decoded {
 };
 
 // Decodes an elementary stream that is handed over in pieces. Pictures beyond the limit are counted and thrown away.
+Decoded decodeStream(video::Decoder& decoder, std::span<const std::uint8_t> stream, std::size_t piece,
+                     std::size_t keep = SIZE_MAX);
 Decoded decodeH264(std::span<const std::uint8_t> stream, std::size_t piece = 4096, std::size_t keep = SIZE_MAX);
 
 std::string md5Of(const std::vector<video::StoredPicture>& pictures);
