@@ -9,6 +9,7 @@
 #include <bit>
 #include <utility>
 
+#include "opaque.h"
 #include "simd.h"
 
 namespace zvp {
@@ -57,32 +58,73 @@ ZVP_INLINE void forEach(F f) {
   callEach(f, std::make_integer_sequence<int, N>());
 }
 
-// Calls f(row, y) for N rows from p on, y being a constant. Four rows share a pointer, as addresses have it.
-template <int N, class T, class F>
-ZVP_INLINE void forEachRow(T* p, std::ptrdiff_t step, F f) {
-  const std::ptrdiff_t step3 = 3 * step;
-  forEach<N / 4>([&](auto group) {
-    constexpr int y = 4 * group;
-    f(p, std::integral_constant<int, y>());
-    f(p + step, std::integral_constant<int, y + 1>());
-    f(p + 2 * step, std::integral_constant<int, y + 2>());
-    f(p + step3, std::integral_constant<int, y + 3>());
-    p += 4 * step;
-  });
+// The rows of an NxN block and the one above it, as few bases with none, one, two or three steps added. The bases are
+// strangers to each other, or the compiler would make an address of its own of each row.
+template <int N>
+class Rows {
+ public:
+  ZVP_INLINE Rows(u8* p, std::ptrdiff_t step) : above_(p - step), step_(step) {
+    if constexpr (N == 4) {
+      base_[0] = p;
+      step2_ = 2 * step;
+      step3_ = 3 * step;
+    } else {
+      step2_ = opaque(2 * step);
+      step3_ = opaque(3 * step);
+      const std::ptrdiff_t step4 = opaque(4 * step);
+      base_[0] = p;
+#pragma GCC unroll 4
+      for (int i = 1; i < N / 4; ++i) base_[i] = opaque(base_[i - 1] + step4);
+    }
+  }
+
+  // Row y, from -1 on; y is a constant wherever this is used.
+  ZVP_INLINE u8* operator[](int y) const {
+    if (y < 0) return above_;
+    return base_[y / 4] + (y % 4 == 0 ? 0 : y % 4 == 1 ? step_ : y % 4 == 2 ? step2_ : step3_);
+  }
+
+  // The same rows for another walk, so that no address is kept from the one before. Costs nothing.
+  ZVP_INLINE Rows again() const {
+    Rows rows;
+    rows.above_ = opaque(above_);
+#pragma GCC unroll 4
+    for (int i = 0; i < N / 4; ++i) rows.base_[i] = opaque(base_[i]);
+    rows.step_ = opaque(step_);
+    rows.step2_ = opaque(step2_);
+    rows.step3_ = opaque(step3_);
+    return rows;
+  }
+
+ private:
+  Rows() = default;
+
+  u8 *above_, *base_[N / 4];
+  std::ptrdiff_t step_, step2_ = 0, step3_ = 0;
+};
+
+// Calls f(row, y) for Count rows from First on, y being a constant.
+template <int First, int Count, int N, class F>
+ZVP_INLINE void forEachRow(const Rows<N>& rows, F f) {
+  forEach<Count>([&](auto i) { f(rows[First + i], std::integral_constant<int, First + i>()); });
+}
+template <int N, class F>
+ZVP_INLINE void forEachRow(const Rows<N>& rows, F f) {
+  forEachRow<0, N>(rows, f);
 }
 
-// N bytes of the column left of the block, the topmost in the low byte.
+// The column left of the block, the topmost byte in the low one.
 template <int N>
-ZVP_INLINE u64 loadLeft(const u8* p, std::ptrdiff_t step) {
+ZVP_INLINE u64 loadLeft(const Rows<N>& rows) {
   u64 left = 0;
-  forEachRow<N>(p, step, [&](const u8* row, auto y) { left |= u64(row[-1]) << (8 * y); });
+  forEachRow(rows, [&](const u8* row, auto y) { left |= u64(row[-1]) << (8 * y); });
   return left;
 }
-// The same bytes, the bottommost in the low byte.
+// The same bytes, the bottommost in the low one.
 template <int N>
-ZVP_INLINE u64 loadLeftUpward(const u8* p, std::ptrdiff_t step) {
+ZVP_INLINE u64 loadLeftUpward(const Rows<N>& rows) {
   u64 left = 0;
-  forEachRow<N>(p, step, [&](const u8* row, auto y) { left |= u64(row[-1]) << (8 * (N - 1 - y)); });
+  forEachRow(rows, [&](const u8* row, auto y) { left |= u64(row[-1]) << (8 * (N - 1 - y)); });
   return left;
 }
 ZVP_INLINE constexpr u64 repeated(u64 byte) { return byte * 0x0101010101010101u; }
@@ -111,60 +153,79 @@ ZVP_INLINE void storeRow(u8* p, U8<16> v) {
 // A row of one byte, by a multiplication.
 template <int N>
 ZVP_INLINE void storeRepeated(u8* p, u32 byte) {
-  if constexpr (N == 4)
+  if constexpr (N == 4) {
     storeAs(p, byte * 0x01010101);
-  else if constexpr (N == 8)
-    storeAs(p, repeated(byte));
-  else
-    simd::store(p, simd::splat<simd::U32<4>>(byte * 0x01010101));
+  } else {
+    const u64 eight = repeated(byte);
+    for (int x = 0; x < N; x += 8) storeAs(p + x, eight);
+  }
+}
+// Rows of four bytes, windows of the low eight: each begins a byte behind the one before.
+template <class... Rows>
+ZVP_INLINE void storeWindows(U8<16> v, Rows... rows) {
+  auto window = simd::as<simd::U64<2>>(v);
+  ((simd::storeBytes<4>(rows, window), window = simd::shiftRight<8>(window)), ...);
 }
 
-// The sum of the eight low bytes, and of N bytes to the left of the block.
+// The sum of the eight low bytes, and of Count bytes to the left of the block.
 ZVP_INLINE u32 sumOf(U8<16> bytes) { return low32(sumAbsDiff(bytes, simd::zero<U8<16>>())); }
-template <int N>
-ZVP_INLINE u32 sumLeft(const u8* p, std::ptrdiff_t step) {
+template <int First, int Count, int N>
+ZVP_INLINE u32 sumLeft(const Rows<N>& rows) {
   u32 sum = 0;
-  forEachRow<N>(p, step, [&](const u8* row, auto) { sum += row[-1]; });
+  forEachRow<First, Count>(rows, [&](const u8* row, auto) { sum += row[-1]; });
   return sum;
 }
 
 // ---- the modes that copy ----------------------------------------------------------------------------------------
 
 template <int N>
-ZVP_INLINE void storeAllRows(u8* p, std::ptrdiff_t step, U8<16> row) {
-  forEachRow<N>(p, step, [&](u8* dst, auto) { simd::storeBytes<N>(dst, row); });
+ZVP_INLINE void storeAllRows(const Rows<N>& rows, U8<16> row) {
+  forEachRow(rows, [&](u8* dst, auto) { simd::storeBytes<N>(dst, row); });
 }
 template <int N>
-ZVP_INLINE void storeAllRows(u8* p, std::ptrdiff_t step, u32 byte) {
+ZVP_INLINE void storeAllRows(const Rows<N>& rows, u32 byte) {
   if constexpr (N == 16)
-    storeAllRows<N>(p, step, simd::as<U8<16>>(simd::splat<simd::U32<4>>(byte * 0x01010101)));
+    storeAllRows(rows, simd::as<U8<16>>(simd::splat<simd::U32<4>>(byte * 0x01010101)));
   else
-    forEachRow<N>(p, step, [&](u8* dst, auto) { storeRepeated<N>(dst, byte); });
+    forEachRow(rows, [&](u8* dst, auto) { storeRepeated<N>(dst, byte); });
 }
 
 template <int N>
 [[gnu::flatten]] zvpStatus vertical(u8* p, std::ptrdiff_t step, u32 available) {
   if ((available & intraTop) == 0) [[unlikely]]
     return zvpStatusPredictionUnavailable;
-  storeAllRows<N>(p, step, simd::loadBytes<U8<16>, N>(p - step));
+  const Rows<N> rows(p, step);
+  storeAllRows(rows, simd::loadBytes<U8<16>, N>(rows[-1]));
   return zvpStatusOk;
 }
 template <int N>
 [[gnu::flatten]] zvpStatus horizontal(u8* p, std::ptrdiff_t step, u32 available) {
   if ((available & intraLeft) == 0) [[unlikely]]
     return zvpStatusPredictionUnavailable;
-  forEachRow<N>(p, step, [&](u8* row, auto) { storeRepeated<N>(row, row[-1]); });
+  forEachRow(Rows<N>(p, step), [&](u8* row, auto) { storeRepeated<N>(row, row[-1]); });
   return zvpStatusOk;
 }
 
-// The mean of the sides that are there, of N samples each, or 128. The sums are asked for once: where both sides are
-// there, which is nearly always, nothing of the other cases stands in the way.
+// The mean of the sides that are there, of N samples each, or 128.
 template <int N>
 ZVP_INLINE u32 meanOf(u32 sumTop, u32 sumLeft, u32 available) {
   const u32 sides = available & (intraTop | intraLeft);
-  if (sides == (intraTop | intraLeft)) [[likely]]
-    return (sumTop + sumLeft + N) / (2 * N);
+  if (sides == (intraTop | intraLeft)) return (sumTop + sumLeft + N) / (2 * N);
   return sides == 0 ? 128 : (sumTop + sumLeft + N / 2) / N;
+}
+
+// A DC kernel made twice: for both sides there, which is nearly always, and out of its way for anything else.
+using Kernel = zvpStatus (*)(u8*, std::ptrdiff_t, u32);
+template <Kernel Dc>
+[[gnu::flatten, gnu::noinline]] zvpStatus withSomeSides(u8* p, std::ptrdiff_t step, u32 available) {
+  return Dc(p, step, available);
+}
+template <Kernel Dc>
+[[gnu::flatten]] zvpStatus withSides(u8* p, std::ptrdiff_t step, u32 available) {
+  constexpr u32 both = intraTop | intraLeft;
+  if ((available & both) != both) [[unlikely]]
+    return withSomeSides<Dc>(p, step, available);
+  return Dc(p, step, both);
 }
 
 // ---- the directional modes --------------------------------------------------------------------------------------
@@ -206,51 +267,59 @@ ZVP_INLINE Views above(const Edge<N>& edge) {
 }
 
 template <int N>
-ZVP_INLINE void diagonalDownLeft(u8* p, std::ptrdiff_t step, const Edge<N>& edge) {
+ZVP_INLINE void diagonalDownLeft(const Rows<N>& rows, const Edge<N>& edge) {
   // The only mode that comes to the last sample: behind it that stands again.
   std::array<u8, 16> mask{};
   mask[2 * N - 1] = 255;
   const U8<16> second = simd::shiftBytesDown<1>(edge.top) | (edge.top & simd::lanes(mask));
   const U8<16> f = filtered(edge.top, second, simd::shiftBytesDown<1>(second));
-  forEachRow<N>(p, step, [&](u8* row, auto y) { storeRow<N, y>(row, f); });
+  if constexpr (N == 4)
+    storeWindows(f, rows[0], rows[1], rows[2], rows[3]);
+  else
+    forEachRow(rows, [&](u8* row, auto y) { storeRow<N, y>(row, f); });
 }
 
 template <int N>
-ZVP_INLINE void diagonalDownRight(u8* p, std::ptrdiff_t step, const Edge<N>& edge) {
+ZVP_INLINE void diagonalDownRight(const Rows<N>& rows, const Edge<N>& edge) {
   const Views e = around(edge);
   const U8<16> f = filtered(e.first, e.second, e.third);
-  forEachRow<N>(p, step, [&](u8* row, auto y) { storeRow<N, N - 1 - y>(row, f); });
+  if constexpr (N == 4)
+    storeWindows(f, rows[3], rows[2], rows[1], rows[0]);
+  else
+    forEachRow(rows, [&](u8* row, auto y) { storeRow<N, N - 1 - y>(row, f); });
 }
 
 template <int N>
-ZVP_INLINE void verticalRight(u8* p, std::ptrdiff_t step, const Edge<N>& edge) {
+ZVP_INLINE void verticalRight(const Rows<N>& rows, const Edge<N>& edge) {
   using namespace simd;
   const Views e = around(edge);
   const U8<16> g = average(e.first, e.second), f = filtered(e.first, e.second, e.third);
   // Rows 0 and 1 begin at the corner. The rows below are pushed to the right by every second triple of the left side.
-  constexpr int pushed = N / 2 - 1;
-  U8<16> evenRows = shiftBytesDown<N>(g), oddRows = shiftBytesDown<N - 1>(f);
   if constexpr (N == 4) {
-    evenRows = as<U8<16>>(shiftLeft<8>(as<U64<2>>(evenRows))) | vectorOf(u8(low64(f) >> 16));
-    oddRows = as<U8<16>>(shiftLeft<8>(as<U64<2>>(oddRows))) | vectorOf(u8(low64(f) >> 8));
+    const u64 means = low64(g), triples = low64(f);
+    const auto pushed = [](u64 row, u64 by) { return (u32(row) & ~0xffu) | u8(by); };
+    storeAs(rows[0], u32(means >> 32));
+    storeAs(rows[1], u32(triples >> 24));
+    storeAs(rows[2], pushed(means >> 24, triples >> 16));
+    storeAs(rows[3], pushed(triples >> 16, triples >> 8));
   } else {
     const auto triples = as<U16<8>>(f);
     const auto even = packSaturateU8(as<S16<8>>(triples & splat<U16<8>>(255)), zero<S16<8>>());
     const auto odd = packSaturateU8(as<S16<8>>(shiftRight<8>(triples)), zero<S16<8>>());
-    evenRows = shiftBytesUp<pushed>(evenRows) | vectorOf(low64(even) >> 8 & 0xffffff);
-    oddRows = shiftBytesUp<pushed>(oddRows) | vectorOf(low64(odd) & 0xffffff);
+    const U8<16> evenRows = shiftBytesUp<3>(shiftBytesDown<8>(g)) | vectorOf(low64(even) >> 8 & 0xffffff);
+    const U8<16> oddRows = shiftBytesUp<3>(shiftBytesDown<7>(f)) | vectorOf(low64(odd) & 0xffffff);
+    forEachRow(rows, [&](u8* row, auto y) { storeRow<N, 3 - y / 2>(row, y % 2 == 0 ? evenRows : oddRows); });
   }
-  forEachRow<N>(p, step, [&](u8* row, auto y) { storeRow<N, pushed - y / 2>(row, y % 2 == 0 ? evenRows : oddRows); });
 }
 
 template <int N>
-ZVP_INLINE void horizontalDown(u8* p, std::ptrdiff_t step, const Edge<N>& edge) {
+ZVP_INLINE void horizontalDown(const Rows<N>& rows, const Edge<N>& edge) {
   using namespace simd;
   const Views e = around(edge);
   const U8<16> g = average(e.first, e.second), f = filtered(e.first, e.second, e.third);
   const U8<16> side = interleaveLow(g, f);  // means and triples of the left side in turn; behind them the triples above
   const U8<16> behind = shiftBytesDown<N>(f);
-  forEachRow<N>(p, step, [&](u8* row, auto y) {
+  forEachRow(rows, [&](u8* row, auto y) {
     constexpr int from = 2 * (N - 1 - y);
     if constexpr (N == 4 && from > 4)
       storeAs(row, u32(low64(side) >> 48 | low64(behind) << 16));
@@ -262,20 +331,25 @@ ZVP_INLINE void horizontalDown(u8* p, std::ptrdiff_t step, const Edge<N>& edge) 
 }
 
 template <int N>
-ZVP_INLINE void verticalLeft(u8* p, std::ptrdiff_t step, const Edge<N>& edge) {
+ZVP_INLINE void verticalLeft(const Rows<N>& rows, const Edge<N>& edge) {
   const Views t = above(edge);
   const U8<16> g = average(t.first, t.second), f = filtered(t.first, t.second, t.third);
-  forEachRow<N>(p, step, [&](u8* row, auto y) { storeRow<N, y / 2>(row, y % 2 == 0 ? g : f); });
+  if constexpr (N == 4) {
+    storeWindows(g, rows[0], rows[2]);
+    storeWindows(f, rows[1], rows[3]);
+  } else {
+    forEachRow(rows, [&](u8* row, auto y) { storeRow<N, y / 2>(row, y % 2 == 0 ? g : f); });
+  }
 }
 
 template <int N>
-ZVP_INLINE void horizontalUp(u8* p, std::ptrdiff_t step, const Edge<N>& edge) {
+ZVP_INLINE void horizontalUp(const Rows<N>& rows, const Edge<N>& edge) {
   using namespace simd;
   const u64 last = repeated(edge.left >> (8 * N - 8));
   const U8<16> all = N == 4 ? vectorOf(edge.left | last << 32) : vectorOf(edge.left, last);
   const U8<16> second = shiftBytesDown<1>(all), third = shiftBytesDown<2>(all);
   const U8<16> side = interleaveLow(average(all, second), filtered(all, second, third));
-  forEachRow<N>(p, step, [&](u8* row, auto y) {
+  forEachRow(rows, [&](u8* row, auto y) {
     constexpr int from = 2 * y;
     if constexpr (N == 4 && from > 4)
       storeAs(row, u32(last));
@@ -287,19 +361,19 @@ ZVP_INLINE void horizontalUp(u8* p, std::ptrdiff_t step, const Edge<N>& edge) {
 }
 
 template <u32 Mode, int N>
-ZVP_INLINE void directional(u8* p, std::ptrdiff_t step, const Edge<N>& edge) {
+ZVP_INLINE void directional(const Rows<N>& rows, const Edge<N>& edge) {
   if constexpr (Mode == intraDiagonalDownLeft)
-    diagonalDownLeft(p, step, edge);
+    diagonalDownLeft(rows, edge);
   else if constexpr (Mode == intraDiagonalDownRight)
-    diagonalDownRight(p, step, edge);
+    diagonalDownRight(rows, edge);
   else if constexpr (Mode == intraVerticalRight)
-    verticalRight(p, step, edge);
+    verticalRight(rows, edge);
   else if constexpr (Mode == intraHorizontalDown)
-    horizontalDown(p, step, edge);
+    horizontalDown(rows, edge);
   else if constexpr (Mode == intraVerticalLeft)
-    verticalLeft(p, step, edge);
+    verticalLeft(rows, edge);
   else
-    horizontalUp(p, step, edge);
+    horizontalUp(rows, edge);
 }
 
 inline constexpr bool usesTopRight(u32 mode) { return mode == intraDiagonalDownLeft || mode == intraVerticalLeft; }
@@ -308,26 +382,26 @@ inline constexpr bool usesTopRight(u32 mode) { return mode == intraDiagonalDownL
 
 // The neighbours that the mode needs, with 128 for those that are not there. Above right the last one above repeats.
 template <u32 Mode>
-ZVP_INLINE Edge<4> edge4x4(const u8* p, std::ptrdiff_t step, u32 available) {
+ZVP_INLINE Edge<4> edge4x4(const Rows<4>& rows, u32 available) {
   constexpr u32 needs = intraNeeds4x4[Mode];
   const bool hasTop = (available & intraTop) != 0, hasLeft = (available & intraLeft) != 0;
   constexpr u32 missing = 0x80808080;
   Edge<4> edge;
   if constexpr ((needs & intraTop) != 0 && !usesTopRight(Mode)) {
-    edge.top = hasTop ? simd::loadBytes<U8<16>, 4>(p - step) : vectorOf(missing);
+    edge.top = hasTop ? simd::loadBytes<U8<16>, 4>(rows[-1]) : vectorOf(missing);
   } else if constexpr ((needs & intraTop) != 0) {
     if (hasTop && (available & intraTopRight) != 0) [[likely]] {
-      edge.top = simd::loadBytes<U8<16>, 8>(p - step);
+      edge.top = simd::loadBytes<U8<16>, 8>(rows[-1]);
     } else {
-      const u32 top = hasTop ? loadAs<u32>(p - step) : missing;
-      const u32 right = (available & intraTopRight) != 0 ? loadAs<u32>(p - step + 4) : (top >> 24) * 0x01010101;
+      const u32 top = hasTop ? loadAs<u32>(rows[-1]) : missing;
+      const u32 right = (available & intraTopRight) != 0 ? loadAs<u32>(rows[-1] + 4) : (top >> 24) * 0x01010101;
       edge.top = vectorOf(top | u64(right) << 32);
     }
   }
-  if constexpr (Mode == intraHorizontalUp) edge.left = hasLeft ? loadLeft<4>(p, step) : missing;
+  if constexpr (Mode == intraHorizontalUp) edge.left = hasLeft ? loadLeft(rows) : missing;
   if constexpr ((needs & intraCorner) != 0) {
-    edge.leftUpward = hasLeft ? loadLeftUpward<4>(p, step) : missing;
-    edge.corner = (available & intraCorner) != 0 ? p[-step - 1] : 128;
+    edge.leftUpward = hasLeft ? loadLeftUpward(rows) : missing;
+    edge.corner = (available & intraCorner) != 0 ? rows[-1][-1] : 128;
   }
   return edge;
 }
@@ -335,11 +409,20 @@ ZVP_INLINE Edge<4> edge4x4(const u8* p, std::ptrdiff_t step, u32 available) {
 // What stands in for missing neighbours.
 template <u32 Mode>
 [[gnu::noinline, gnu::cold]] zvpStatus predictWithout(u8* p, std::ptrdiff_t step, u32 available) {
+  const Rows<4> rows(p, step);
   if constexpr (Mode == intraVertical || Mode == intraHorizontal)
-    storeAllRows<4>(p, step, 128u);
+    storeAllRows(rows, 128u);
   else
-    directional<Mode>(p, step, edge4x4<Mode>(p, step, available));
+    directional<Mode>(rows, edge4x4<Mode>(rows, available));
   return zvpStatusWarnPredictionFallback;
+}
+
+ZVP_INLINE zvpStatus dc4x4(u8* p, std::ptrdiff_t step, u32 available) {
+  const Rows<4> rows(p, step);
+  const u32 top = (available & intraTop) != 0 ? sumOf(simd::loadBytes<U8<16>, 4>(rows[-1])) : 0;
+  const u32 left = (available & intraLeft) != 0 ? sumLeft<0, 4>(rows) : 0;
+  storeAllRows(rows.again(), meanOf<4>(top, left, available));
+  return zvpStatusOk;
 }
 
 // Predicts the block. A neighbour that the mode needs and that is not there counts as 128, and the status tells.
@@ -347,18 +430,17 @@ template <u32 Mode>
 [[gnu::flatten]] zvpStatus predict4x4(u8* p, std::ptrdiff_t step, u32 available) {
   constexpr u32 needs = intraNeeds4x4[Mode];
   if constexpr (Mode == intraDc) {
-    const u32 top = (available & intraTop) != 0 ? sumOf(simd::loadBytes<U8<16>, 4>(p - step)) : 0;
-    const u32 left = (available & intraLeft) != 0 ? sumLeft<4>(p, step) : 0;
-    storeAllRows<4>(p, step, meanOf<4>(top, left, available));
+    return withSides<dc4x4>(p, step, available);
   } else {
     if ((needs & ~available) != 0) [[unlikely]]
       return predictWithout<Mode>(p, step, available);
+    const Rows<4> rows(p, step);
     if constexpr (Mode == intraVertical)
       vertical<4>(p, step, available);
     else if constexpr (Mode == intraHorizontal)
       horizontal<4>(p, step, available);
     else
-      directional<Mode>(p, step, edge4x4<Mode>(p, step, needs | (available & intraTopRight)));
+      directional<Mode>(rows, edge4x4<Mode>(rows, needs | (available & intraTopRight)));
   }
   return zvpStatusOk;
 }
@@ -367,24 +449,24 @@ template <u32 Mode>
 
 // The neighbours, each filtered with the two beside it. At an end of what is there the end repeats.
 template <u32 Mode>
-ZVP_INLINE Edge<8> filteredEdge(const u8* p, std::ptrdiff_t step, u32 available) {
+ZVP_INLINE Edge<8> filteredEdge(const Rows<8>& rows, u32 available) {
   using namespace simd;
   constexpr u32 needs = intraNeeds4x4[Mode], reads = Mode == intraDc ? intraTop | intraLeft : needs;
   const bool hasCorner = (available & intraCorner) != 0;
   Edge<8> edge{};
   u64 corner = 0, top0 = 0, left0 = 0;
-  if (hasCorner) corner = p[-step - 1];
+  if (hasCorner) corner = rows[-1][-1];
   if ((reads & intraTop) != 0 && (available & intraTop) != 0) {
     constexpr std::array<u8, 16> lastMask = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255};
-    const u64 first = loadAs<u64>(p - step);
+    const u64 first = loadAs<u64>(rows[-1]);
     const U8<16> top =
-        vectorOf(first, (available & intraTopRight) != 0 ? loadAs<u64>(p - step + 8) : repeated(first >> 56));
+        vectorOf(first, (available & intraTopRight) != 0 ? loadAs<u64>(rows[-1] + 8) : repeated(first >> 56));
     top0 = u8(first);
     const U8<16> before = shiftBytesUp<1>(top) | vectorOf(hasCorner ? corner : top0);
     edge.top = filtered(before, top, shiftBytesDown<1>(top) | (top & lanes(lastMask)));
   }
   if ((reads & intraLeft) != 0 && (available & intraLeft) != 0) {
-    const u64 left = loadLeft<8>(p, step);
+    const u64 left = loadLeft(rows);
     left0 = u8(left);
     const u64 before = left << 8 | (hasCorner ? corner : left0);
     edge.left = low64(filtered(vectorOf(before), vectorOf(left), vectorOf(left >> 8 | (left >> 56 << 56))));
@@ -398,35 +480,36 @@ template <u32 Mode>
 [[gnu::flatten]] zvpStatus predict8x8(u8* p, std::ptrdiff_t step, u32 available) {
   if ((intraNeeds4x4[Mode] & ~available) != 0) [[unlikely]]
     return zvpStatusPredictionUnavailable;
-  const Edge<8> edge = filteredEdge<Mode>(p, step, available);
+  const Rows<8> rows(p, step);
+  const Edge<8> edge = filteredEdge<Mode>(rows, available);
   if constexpr (Mode == intraDc)
-    storeAllRows<8>(p, step, meanOf<8>(sumOf(edge.top), sumOf(vectorOf(edge.left)), available));
+    storeAllRows(rows, meanOf<8>(sumOf(edge.top), sumOf(vectorOf(edge.left)), available));
   else if constexpr (Mode == intraVertical)
-    storeAllRows<8>(p, step, edge.top);
+    storeAllRows(rows, edge.top);
   else if constexpr (Mode == intraHorizontal)
-    forEachRow<8>(p, step, [&](u8* row, auto y) { storeRepeated<8>(row, u8(edge.left >> (8 * y))); });
+    forEachRow(rows, [&](u8* row, auto y) { storeRepeated<8>(row, u8(edge.left >> (8 * y))); });
   else
-    directional<Mode>(p, step, edge);
+    directional<Mode>(rows, edge);
   return zvpStatusOk;
 }
 
 // ---- 16x16 and chroma -------------------------------------------------------------------------------------------
 
-[[gnu::flatten]] inline zvpStatus dc16x16(u8* p, std::ptrdiff_t step, u32 available) {
+ZVP_INLINE zvpStatus dc16x16(u8* p, std::ptrdiff_t step, u32 available) {
   using namespace simd;
+  const Rows<16> rows(p, step);
   u32 top = 0, left = 0;
-  if ((available & intraTop) != 0) top = u32(reduceAdd(sumAbsDiff(load<U8<16>>(p - step), zero<U8<16>>())));
-  if ((available & intraLeft) != 0) left = sumLeft<16>(p, step);
-  storeAllRows<16>(p, step, meanOf<16>(top, left, available));
+  if ((available & intraTop) != 0) top = u32(reduceAdd(sumAbsDiff(load<U8<16>>(rows[-1]), zero<U8<16>>())));
+  if ((available & intraLeft) != 0) left = sumLeft<0, 16>(rows);
+  storeAllRows(rows.again(), meanOf<16>(top, left, available));
   return zvpStatusOk;
 }
 
 // The two quadrants of one half of a chroma block. On the diagonal both sides count, off it the one that is touched.
 template <int Half>
-ZVP_INLINE void dcChromaHalf(u8* p, std::ptrdiff_t step, u32 available, const u32 (&top)[2]) {
-  u8* const rows = p + 4 * Half * step;
+ZVP_INLINE void dcChromaHalf(const Rows<8>& rows, u32 available, const u32 (&top)[2]) {
   const bool hasTop = (available & intraTop) != 0, hasLeft = (available & intraLeft) != 0;
-  const u32 left = hasLeft ? sumLeft<4>(rows, step) : 0;
+  const u32 left = hasLeft ? sumLeft<4 * Half, 4>(rows) : 0;
   u32 mean[2] = {128, 128};
   if (hasTop && hasLeft) [[likely]] {
     mean[Half] = (top[Half] + left + 4) >> 3;
@@ -437,23 +520,23 @@ ZVP_INLINE void dcChromaHalf(u8* p, std::ptrdiff_t step, u32 available, const u3
     mean[0] = mean[1] = (left + 2) >> 2;
   }
   const u64 row = (mean[0] | u64(mean[1]) << 32) * 0x01010101;
-  forEachRow<4>(rows, step, [&](u8* dst, auto) { storeAs(dst, row); });
+  forEachRow<4 * Half, 4>(rows.again(), [&](u8* dst, auto) { storeAs(dst, row); });
 }
 // The upper and the lower quadrants have neighbours of their own: those of the lower ones are told by availableBelow.
-ZVP_INLINE void dcChroma(u8* p, std::ptrdiff_t step, u32 available, u32 availableBelow) {
+ZVP_INLINE void dcChroma(const Rows<8>& rows, u32 available, u32 availableBelow) {
   using namespace simd;
   u32 top[2] = {};
   if (((available | availableBelow) & intraTop) != 0) [[likely]] {
-    const auto row = loadBytes<U32<4>, 8>(p - step);
+    const auto row = loadBytes<U32<4>, 8>(rows[-1]);
     const auto sums = sumAbsDiff(as<U8<16>>(interleaveLow(row, zero<U32<4>>())), zero<U8<16>>());
     top[0] = low32(sums);
     top[1] = low32(shuffle32<0x4e>(sums));
   }
-  dcChromaHalf<0>(p, step, available, top);
-  dcChromaHalf<1>(p, step, availableBelow, top);
+  dcChromaHalf<0>(rows, available, top);
+  dcChromaHalf<1>(rows, availableBelow, top);
 }
-[[gnu::flatten]] inline zvpStatus dcChroma8x8(u8* p, std::ptrdiff_t step, u32 available) {
-  dcChroma(p, step, available, available);
+ZVP_INLINE zvpStatus dcChroma8x8(u8* p, std::ptrdiff_t step, u32 available) {
+  dcChroma(Rows<8>(p, step), available, available);
   return zvpStatusOk;
 }
 
@@ -464,42 +547,56 @@ template <int N>
     return zvpStatusPredictionUnavailable;
   using namespace simd;
   constexpr int half = N / 2;
-  // The differences of samples at the same distance from the middle, weighted by it.
-  const u8* const top = p - step;
-  s32 across;
+  // b and c are the sums of the differences of samples at the same distance from the middle, weighted by it, times
+  // scale / 2^shift. Across:
+  constexpr s16 scale = N == 16 ? 5 : 17;
+  constexpr int shift = N == 16 ? 6 : 5;
+  const Rows<N> rows(p, step);
+  const u8* const top = rows[-1];
+  S32<4> sums;
   if constexpr (N == 16) {
-    constexpr std::array<s16, 8> before = {-8, -7, -6, -5, -4, -3, -2, -1}, behind = {1, 2, 3, 4, 5, 6, 7, 8};
-    across = reduceAdd(mulAddPairs(loadWidened<8>(top - 1), lanes(before)) +
-                       mulAddPairs(loadWidened<8>(top + 8), lanes(behind)));
+    constexpr std::array<s16, 8> before = {-8 * scale, -7 * scale, -6 * scale, -5 * scale,
+                                           -4 * scale, -3 * scale, -2 * scale, -1 * scale};
+    constexpr std::array<s16, 8> behind = {1 * scale, 2 * scale, 3 * scale, 4 * scale,
+                                           5 * scale, 6 * scale, 7 * scale, 8 * scale};
+    sums = mulAddPairs(loadWidened<8>(top - 1), lanes(before)) + mulAddPairs(loadWidened<8>(top + 8), lanes(behind));
   } else {
-    constexpr std::array<s16, 8> weights = {-4, -3, -2, -1, 1, 2, 3, 4};
+    constexpr std::array<s16, 8> weights = {-4 * scale, -3 * scale, -2 * scale, -1 * scale,
+                                            1 * scale,  2 * scale,  3 * scale,  4 * scale};
     const auto both = interleaveLow(loadBytes<U32<4>, 4>(top - 1), loadBytes<U32<4>, 4>(top + 4));
-    across = reduceAdd(mulAddPairs(widenLow(as<U8<16>>(both)), lanes(weights)));
+    sums = mulAddPairs(widenLow(as<U8<16>>(both)), lanes(weights));
   }
-  s32 down = 0, outer = 0;  // the sum of sums weighs the outermost difference most
+  sums = sums + shuffle32<0x4e>(sums);
+  sums = shiftRight<shift>(sums + shuffle32<0xb1>(sums) + splat<S32<4>>(1 << (shift - 1)));
+  const auto slope = packSaturateS16(sums, sums);
+  // Down, from both ends of the column toward the middle: the sum of sums weighs the outermost difference most.
+  const s32 corners = rows[N - 1][-1] + top[N - 1];
+  s32 down = 0, outer = 0;
   forEach<half>([&](auto i) {
-    outer += p[(N - 1 - i) * step - 1] - p[(i - 1) * step - 1];
-    down += outer;
+    outer += rows[N - 1 - i][-1] - rows[i - 1][-1];
+    down = opaque(down + outer);
   });
-  const s32 b = N == 16 ? (5 * across + 32) >> 6 : (17 * across + 16) >> 5;
-  const s32 c = N == 16 ? (5 * down + 32) >> 6 : (17 * down + 16) >> 5;
-  const s32 a = 16 * (p[(N - 1) * step - 1] + top[N - 1]);
+  const s32 c = (scale * down + (1 << (shift - 1))) >> shift;
 
-  constexpr std::array<s16, 8> columns = {0, 1, 2, 3, 4, 5, 6, 7};
-  const auto slope = mulLow(splat<S16<8>>(s16(b)), lanes(columns)), down1 = splat<S16<8>>(s16(c));
-  auto left = splat<S16<8>>(s16(a + 16 - (half - 1) * (b + c))) + slope;
+  constexpr std::array<s16, 8> columns = {1 - half, 2 - half, 3 - half, 4 - half, 5 - half, 6 - half, 7 - half, 8 - half};
+  const auto down1 = splat<S16<8>>(s16(c));
+  auto left = splat<S16<8>>(s16(16 * (corners + 1) - (half - 1) * c)) + mulLow(slope, lanes(columns));
   if constexpr (N == 16) {
-    auto right = left + splat<S16<8>>(s16(8 * b));
-    forEachRow<16>(p, step, [&](u8* row, auto) {
+    auto right = left + shiftLeft<3>(slope);
+    forEachRow(rows, [&](u8* row, auto) {
       store(row, packSaturateU8(shiftRight<5>(left), shiftRight<5>(right)));
       left = left + down1;
       right = right + down1;
     });
   } else {  // two rows in a register
-    forEach<4>([&](auto y) {
-      const auto below = left + down1;
-      storeRows<8, 16>(p + 2 * y * step, step, packSaturateU8(shiftRight<5>(left), shiftRight<5>(below)));
-      left = below + down1;
+    auto under = left + down1;
+    const auto down2 = down1 + down1;
+    forEach<N / 2>([&](auto i) {
+      const auto two = packSaturateU8(shiftRight<5>(left), shiftRight<5>(under));
+      storeBytes<8>(rows[2 * i], two);
+      storeHigh8(rows[2 * i + 1], two);
+      left = left + down2;
+      under = under + down2;
     });
   }
   return zvpStatusOk;
@@ -507,7 +604,7 @@ template <int N>
 
 }  // namespace intra
 
-using PredictIntraFn = zvpStatus (*)(u8*, std::ptrdiff_t, u32);
+using PredictIntraFn = intra::Kernel;
 
 // By mode. The 4x4 and 8x8 tables as in IntraMode4x4.
 inline constexpr PredictIntraFn predictIntra4x4[intraModes4x4] = {
@@ -519,10 +616,10 @@ inline constexpr PredictIntraFn predictIntra8x8[intraModes4x4] = {
 
 inline constexpr u32 intraModes16x16 = 4, intraModesChroma = 4;
 inline constexpr PredictIntraFn predictIntra16x16[intraModes16x16] = {intra::vertical<16>, intra::horizontal<16>,
-                                                                      intra::dc16x16, intra::plane<16>};
+                                                                      intra::withSides<intra::dc16x16>, intra::plane<16>};
 // Chroma has an order of its own.
 inline constexpr u32 intraChromaDc = 0, intraChromaVertical = 2;
-inline constexpr PredictIntraFn predictIntraChroma8x8[intraModesChroma] = {intra::dcChroma8x8, intra::horizontal<8>,
+inline constexpr PredictIntraFn predictIntraChroma8x8[intraModesChroma] = {intra::withSides<intra::dcChroma8x8>, intra::horizontal<8>,
                                                                            intra::vertical<8>, intra::plane<8>};
 
 }  // namespace zvp

@@ -89,7 +89,7 @@ ZVP_INLINE zvpStatus predictChromaHalves(u8* pSrcDstU, u8* pSrcDstV, s32 srcDstS
   if (mode == intraChromaVertical) return predictChroma(pSrcDstU, pSrcDstV, srcDstStep, mode, edgeFlagsTop);
   if (mode != intraChromaDc) return zvpStatusPredictionUnavailable;
   for (u8* const plane : {pSrcDstU, pSrcDstV})
-    intra::dcChroma(plane, srcDstStep, neighboursOf(edgeFlagsTop), neighboursOf(edgeFlagsBottom));
+    intra::dcChroma(intra::Rows<8>(plane, srcDstStep), neighboursOf(edgeFlagsTop), neighboursOf(edgeFlagsBottom));
   return zvpStatusOk;
 }
 
