@@ -578,7 +578,8 @@ template <int N>
   });
   const s32 c = (scale * down + (1 << (shift - 1))) >> shift;
 
-  constexpr std::array<s16, 8> columns = {1 - half, 2 - half, 3 - half, 4 - half, 5 - half, 6 - half, 7 - half, 8 - half};
+  constexpr std::array<s16, 8> columns = {1 - half, 2 - half, 3 - half, 4 - half,
+                                          5 - half, 6 - half, 7 - half, 8 - half};
   const auto down1 = splat<S16<8>>(s16(c));
   auto left = splat<S16<8>>(s16(16 * (corners + 1) - (half - 1) * c)) + mulLow(slope, lanes(columns));
   if constexpr (N == 16) {
@@ -615,11 +616,11 @@ inline constexpr PredictIntraFn predictIntra8x8[intraModes4x4] = {
     intra::predict8x8<5>, intra::predict8x8<6>, intra::predict8x8<7>, intra::predict8x8<8>};
 
 inline constexpr u32 intraModes16x16 = 4, intraModesChroma = 4;
-inline constexpr PredictIntraFn predictIntra16x16[intraModes16x16] = {intra::vertical<16>, intra::horizontal<16>,
-                                                                      intra::withSides<intra::dc16x16>, intra::plane<16>};
+inline constexpr PredictIntraFn predictIntra16x16[intraModes16x16] = {
+    intra::vertical<16>, intra::horizontal<16>, intra::withSides<intra::dc16x16>, intra::plane<16>};
 // Chroma has an order of its own.
 inline constexpr u32 intraChromaDc = 0, intraChromaVertical = 2;
-inline constexpr PredictIntraFn predictIntraChroma8x8[intraModesChroma] = {intra::withSides<intra::dcChroma8x8>, intra::horizontal<8>,
-                                                                           intra::vertical<8>, intra::plane<8>};
+inline constexpr PredictIntraFn predictIntraChroma8x8[intraModesChroma] = {
+    intra::withSides<intra::dcChroma8x8>, intra::horizontal<8>, intra::vertical<8>, intra::plane<8>};
 
 }  // namespace zvp

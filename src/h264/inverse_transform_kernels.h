@@ -63,35 +63,44 @@ ZVP_INLINE Block4x4 scaled(Block4x4 b, Block4x4 scale) {
 
 namespace detail {
 
-// The even and the odd part of a pass down the rows: [e | f] and [h | g], so that their sum is rows 0 and 1 and their
-// difference rows 3 and 2.
+// The parts of a pass down the rows: e and f in the low halves of theirs, h and g in the high ones.
 struct Butterfly4x4 {
-  simd::S16<8> ef, hg;
+  simd::S16<8> e, f, h, g;
 };
 ZVP_INLINE Butterfly4x4 butterfly(Block4x4 b) {
+  using simd::shiftRight;
+  return {b.rows01 + b.rows23, b.rows01 - b.rows23, b.rows01 + shiftRight<1>(b.rows23),
+          shiftRight<1>(b.rows01) - b.rows23};
+}
+// [e | f] and [h | g], whose sum is rows 0 and 1 and whose difference rows 3 and 2.
+ZVP_INLINE simd::S16<8> evenPart(const Butterfly4x4& t) {
   using namespace simd;
-  const auto e = b.rows01 + b.rows23, f = b.rows01 - b.rows23;                                // low halves
-  const auto h = b.rows01 + shiftRight<1>(b.rows23), g = shiftRight<1>(b.rows01) - b.rows23;  // high halves
-  return {as<S16<8>>(interleaveLow(as<U64<2>>(e), as<U64<2>>(f))),
-          as<S16<8>>(interleaveHigh(as<U64<2>>(h), as<U64<2>>(g)))};
+  return as<S16<8>>(interleaveLow(as<U64<2>>(t.e), as<U64<2>>(t.f)));
+}
+ZVP_INLINE simd::S16<8> oddPart(const Butterfly4x4& t) {
+  using namespace simd;
+  return as<S16<8>>(interleaveHigh(as<U64<2>>(t.h), as<U64<2>>(t.g)));
 }
 
 }  // namespace detail
 
 // The first pass: along the rows.
 ZVP_INLINE Block4x4 inverseRows(Block4x4 b) {
-  simd::transpose4x4(b.rows01, b.rows23);
+  using namespace simd;
+  transpose4x4(b.rows01, b.rows23);
   const auto t = zvp::detail::butterfly(b);
-  b = {t.ef + t.hg, simd::shuffle32<0x4e>(t.ef - t.hg)};
-  simd::transpose4x4(b.rows01, b.rows23);
-  return b;
+  // Elements 0 and 1 of each row in turn, then elements 2 and 3.
+  const auto first = as<S32<4>>(interleaveLow(t.e, t.f) + interleaveHigh(t.h, t.g));
+  const auto last = as<S32<4>>(interleaveLow(t.f, t.e) - interleaveHigh(t.g, t.h));
+  return {as<S16<8>>(interleaveLow(first, last)), as<S16<8>>(interleaveHigh(first, last))};
 }
 
 // The second pass: along the columns, down to the residual.
 template <ResidualRange R>
 ZVP_INLINE Block4x4 inverseColumns(Block4x4 b) {
   const auto t = zvp::detail::butterfly(b);
-  return {roundedSum<R>(t.ef, t.hg), simd::shuffle32<0x4e>(roundedDifference<R>(t.ef, t.hg))};
+  const auto ef = zvp::detail::evenPart(t), hg = zvp::detail::oddPart(t);
+  return {roundedSum<R>(ef, hg), simd::shuffle32<0x4e>(roundedDifference<R>(ef, hg))};
 }
 
 // The residual of a scaled block.
@@ -100,14 +109,23 @@ ZVP_INLINE Block4x4 inverseTransform(Block4x4 b) {
   return inverseColumns<R>(inverseRows(b));
 }
 
+// The sum of samples and a residual. What a transform leaves has 10 bits and needs no saturation, which fewer of the
+// processor's ports can do; a residual that is coded as it is may be anything.
+enum class ResidualKind { Transformed, Coded };
+template <ResidualKind K>
+ZVP_INLINE simd::S16<8> plusResidual(simd::S16<8> samples, simd::S16<8> residual) {
+  return K == ResidualKind::Transformed ? samples + residual : addSaturate(samples, residual);
+}
+
 // dst = clip(pred + clamp(residual)). Reads and writes 4 bytes of each of 4 rows; all are read before one is written.
+template <ResidualKind K = ResidualKind::Transformed>
 ZVP_INLINE void addResidual(Block4x4 residual, const u8* pred, std::ptrdiff_t predStep, u8* dst,
                             std::ptrdiff_t dstStep) {
   using namespace simd;
   const auto samples = loadRows<4, 16>(pred, predStep);
   storeRows<4, 16>(dst, dstStep,
-                   packSaturateU8(addSaturate(widenLow(samples), residual.rows01),
-                                  addSaturate(widenHigh(samples), residual.rows23)));
+                   packSaturateU8(plusResidual<K>(widenLow(samples), residual.rows01),
+                                  plusResidual<K>(widenHigh(samples), residual.rows23)));
 }
 
 // The same with the inverse transform of a scaled block. The last two rows stay in the order in which the pass leaves
@@ -116,12 +134,13 @@ ZVP_INLINE void addInverseTransform(Block4x4 block, const u8* pred, std::ptrdiff
                                     std::ptrdiff_t dstStep) {
   using namespace simd;
   const auto t = zvp::detail::butterfly(inverseRows(block));
+  const auto ef = zvp::detail::evenPart(t), hg = zvp::detail::oddPart(t);
   const auto rows = [&](std::ptrdiff_t first, std::ptrdiff_t second) {
-    return widenLow(as<U8<16>>(interleaveLow(loadBytes<U32<4>, 4>(pred + first * predStep),
-                                             loadBytes<U32<4>, 4>(pred + second * predStep))));
+    return widenLow(as<U8<16>>(
+        interleaveLow(loadBytes<U32<4>, 4>(pred + first * predStep), loadBytes<U32<4>, 4>(pred + second * predStep))));
   };
-  const auto sum = packSaturateU8(addSaturate(rows(0, 1), roundedSum<ResidualRange::Clamped>(t.ef, t.hg)),
-                                  addSaturate(rows(3, 2), roundedDifference<ResidualRange::Clamped>(t.ef, t.hg)));
+  const auto sum = packSaturateU8(rows(0, 1) + roundedSum<ResidualRange::Clamped>(ef, hg),
+                                  rows(3, 2) + roundedDifference<ResidualRange::Clamped>(ef, hg));
   storeBytes<4>(dst, sum);
   storeBytes<4>(dst + dstStep, shuffle32<0x55>(sum));
   storeBytes<4>(dst + 3 * dstStep, shuffle32<0xaa>(sum));
@@ -135,40 +154,43 @@ struct BlockPair4x4 {
   simd::S16<8> row[4];
 };
 
-namespace detail {
-
-// Rows become columns in both blocks: from two blocks by themselves to columns side by side, and back.
-ZVP_INLINE BlockPair4x4 columnsOf(Block4x4 left, Block4x4 right) {
+// Column i of both: the elements of rows 0, 2, 1 and 3, the left block's and the right one's in turn. From and to this
+// order every step moves lanes by one instruction a register.
+struct ColumnPair4x4 {
+  simd::S16<8> column[4];
+};
+ZVP_INLINE ColumnPair4x4 columnsOf(Block4x4 left, Block4x4 right) {
   using namespace simd;
-  transpose4x4(left.rows01, left.rows23);
-  transpose4x4(right.rows01, right.rows23);
-  const auto a = as<U64<2>>(left.rows01), b = as<U64<2>>(left.rows23);
-  const auto c = as<U64<2>>(right.rows01), d = as<U64<2>>(right.rows23);
-  return {{as<S16<8>>(interleaveLow(a, c)), as<S16<8>>(interleaveHigh(a, c)), as<S16<8>>(interleaveLow(b, d)),
-           as<S16<8>>(interleaveHigh(b, d))}};
+  const auto left02 = interleaveLow(left.rows01, left.rows23), left13 = interleaveHigh(left.rows01, left.rows23);
+  const auto right02 = interleaveLow(right.rows01, right.rows23), right13 = interleaveHigh(right.rows01, right.rows23);
+  const auto a = as<U64<2>>(interleaveLow(left02, right02)), b = as<U64<2>>(interleaveLow(left13, right13));
+  const auto c = as<U64<2>>(interleaveHigh(left02, right02)), d = as<U64<2>>(interleaveHigh(left13, right13));
+  return {{as<S16<8>>(interleaveLow(a, b)), as<S16<8>>(interleaveHigh(a, b)), as<S16<8>>(interleaveLow(c, d)),
+           as<S16<8>>(interleaveHigh(c, d))}};
 }
-ZVP_INLINE void rowsOf(const BlockPair4x4& columns, Block4x4& left, Block4x4& right) {
+ZVP_INLINE BlockPair4x4 rowsOf(const ColumnPair4x4& columns) {
   using namespace simd;
-  const auto& c = columns.row;
+  const auto& c = columns.column;
   const auto a = as<S32<4>>(interleaveLow(c[0], c[1])), b = as<S32<4>>(interleaveLow(c[2], c[3]));
   const auto d = as<S32<4>>(interleaveHigh(c[0], c[1])), e = as<S32<4>>(interleaveHigh(c[2], c[3]));
-  left = {as<S16<8>>(interleaveLow(a, b)), as<S16<8>>(interleaveHigh(a, b))};
-  right = {as<S16<8>>(interleaveLow(d, e)), as<S16<8>>(interleaveHigh(d, e))};
+  return {{as<S16<8>>(interleaveLow(a, b)), as<S16<8>>(interleaveLow(d, e)), as<S16<8>>(interleaveHigh(a, b)),
+           as<S16<8>>(interleaveHigh(d, e))}};
+}
+// Element 0 of both replaced, by the two at dc.
+ZVP_INLINE ColumnPair4x4 withDc(ColumnPair4x4 b, const void* dc) {
+  using namespace simd;
+  constexpr std::array<s16, 8> rest = {0, 0, -1, -1, -1, -1, -1, -1};
+  b.column[0] = (b.column[0] & lanes(rest)) | loadBytes<S16<8>, 4>(dc);
+  return b;
 }
 
-}  // namespace detail
-
-// The first pass of both. The blocks are left as the pass leaves them.
-ZVP_INLINE BlockPair4x4 inverseRows(Block4x4& left, Block4x4& right) {
+// The first pass: along the rows.
+ZVP_INLINE BlockPair4x4 inverseRows(const ColumnPair4x4& b) {
   using namespace simd;
-  const BlockPair4x4 c = zvp::detail::columnsOf(left, right);
-  const auto e = c.row[0] + c.row[2], f = c.row[0] - c.row[2];
-  const auto g = shiftRight<1>(c.row[1]) - c.row[3], h = c.row[1] + shiftRight<1>(c.row[3]);
-  zvp::detail::rowsOf({{e + h, f + g, f - g, e - h}}, left, right);
-  const auto a = as<U64<2>>(left.rows01), b = as<U64<2>>(left.rows23);
-  const auto p = as<U64<2>>(right.rows01), q = as<U64<2>>(right.rows23);
-  return {{as<S16<8>>(interleaveLow(a, p)), as<S16<8>>(interleaveHigh(a, p)), as<S16<8>>(interleaveLow(b, q)),
-           as<S16<8>>(interleaveHigh(b, q))}};
+  const auto& c = b.column;
+  const auto e = c[0] + c[2], f = c[0] - c[2];
+  const auto g = shiftRight<1>(c[1]) - c[3], h = c[1] + shiftRight<1>(c[3]);
+  return rowsOf({{e + h, f + g, f - g, e - h}});
 }
 
 template <ResidualRange R>
@@ -180,14 +202,16 @@ ZVP_INLINE BlockPair4x4 inverseColumns(const BlockPair4x4& r) {
 }
 
 // Adds two blocks' residual in place: 8 bytes of each of 4 rows.
+template <ResidualKind K = ResidualKind::Transformed>
 ZVP_INLINE void addResidual(const BlockPair4x4& residual, u8* srcDst, std::ptrdiff_t step) {
   using namespace simd;
+#pragma GCC unroll 2
   for (int y = 0; y < 4; y += 2) {
-    const auto samples = load8x2<U8<16>>(srcDst + y * step, srcDst + (y + 1) * step);
-    const auto sum = packSaturateU8(addSaturate(widenLow(samples), residual.row[y]),
-                                    addSaturate(widenHigh(samples), residual.row[y + 1]));
-    storeBytes<8>(srcDst + y * step, sum);
-    storeHigh8(srcDst + (y + 1) * step, sum);
+    u8* const row = srcDst + y * step;
+    const auto sum = packSaturateU8(plusResidual<K>(loadWidened<8>(row), residual.row[y]),
+                                    plusResidual<K>(loadWidened<8>(row + step), residual.row[y + 1]));
+    storeBytes<8>(row, sum);
+    storeHigh8(row + step, sum);
   }
 }
 
@@ -253,10 +277,11 @@ ZVP_INLINE Block8x8 inverseTransform(const Block8x8& b) {
 }
 
 // Adds in place: 8 bytes of each of 8 rows.
+template <ResidualKind K = ResidualKind::Transformed>
 ZVP_INLINE void addResidual(const Block8x8& residual, u8* srcDst, std::ptrdiff_t step) {
   for (int y = 0; y < 8; y += 4)
-    addResidual(BlockPair4x4{{residual.row[y], residual.row[y + 1], residual.row[y + 2], residual.row[y + 3]}},
-                srcDst + y * step, step);
+    addResidual<K>(BlockPair4x4{{residual.row[y], residual.row[y + 1], residual.row[y + 2], residual.row[y + 3]}},
+                   srcDst + y * step, step);
 }
 
 }  // namespace zvp

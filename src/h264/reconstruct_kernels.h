@@ -21,24 +21,23 @@ namespace zvp {
 class FlatScale {
  public:
   static constexpr bool transforms = true;
+  static constexpr ResidualKind residual = ResidualKind::Transformed;
 
-  ZVP_INLINE explicit FlatScale(u32 qp) : qp_(qp) {
-    const auto& byPosition = InvQuantTable_w7[qp];
-    scales_ = withDc(loadBlock4x4(byPosition.data()), byPosition[2]);
-  }
-  ZVP_INLINE Block4x4 block(Block4x4 levels) const { return scaled(levels, scales_); }
+  ZVP_INLINE explicit FlatScale(u32 qp) : qp_(qp) { scales_ = flatScales(qp); }
+  ZVP_INLINE Block4x4 block(Block4x4 levels) const { return scaled(levels, {scales_, scales_}); }
   ZVP_INLINE Block4x4 lumaDc(Block4x4 levels) const { return dequantizedLumaDc(levels, s32(qp_)); }
   ZVP_INLINE s16 chromaDc(s16 sum) const { return s16((sum * InvQuantTable[qp_][0]) >> 1); }
 
  private:
   u32 qp_;
-  Block4x4 scales_;
+  simd::S16<8> scales_;
 };
 
 // The caller's scales for this QP % 6, 16 times the step of QP / 6. Products are shifted to the right in 32 bits.
 class ListScale {
  public:
   static constexpr bool transforms = true;
+  static constexpr ResidualKind residual = ResidualKind::Transformed;
 
   ZVP_INLINE ListScale(const s16* scales, u32 qp) : list_(scales), qp6_(int(qp / 6)) {}
   ZVP_INLINE Block4x4 block(Block4x4 levels) const {
@@ -68,6 +67,7 @@ class ListScale {
 class NoScale {
  public:
   static constexpr bool transforms = false;
+  static constexpr ResidualKind residual = ResidualKind::Coded;
 
   template <class Block>
   ZVP_INLINE Block block(const Block& levels) const {
@@ -86,7 +86,7 @@ ZVP_INLINE void addBlock(Block4x4 b, s16* buffer, u8* srcDst, std::ptrdiff_t ste
     storeBlock4x4(buffer, b);
     b = inverseColumns<ResidualRange::Clamped>(b);
   }
-  addResidual(b, srcDst, step, srcDst, step);
+  addResidual<Scale::residual>(b, srcDst, step, srcDst, step);
 }
 template <class Scale>
 ZVP_INLINE void addBlock(const Block8x8& scaledBlock, s16* buffer, u8* srcDst, std::ptrdiff_t step) {
@@ -95,22 +95,18 @@ ZVP_INLINE void addBlock(const Block8x8& scaledBlock, s16* buffer, u8* srcDst, s
     storeBlock8x8(buffer, b);
     addResidual(inverseColumns<ResidualRange::Clamped>(b), srcDst, step);
   } else {
-    addResidual(scaledBlock, srcDst, step);
+    addResidual<Scale::residual>(scaledBlock, srcDst, step);
   }
 }
-// Two blocks side by side; a buffer may be null.
-template <class Scale>
-ZVP_INLINE void addPair(Block4x4 left, Block4x4 right, s16* leftBuffer, s16* rightBuffer, u8* srcDst,
-                        std::ptrdiff_t step) {
-  if constexpr (Scale::transforms) {
-    const BlockPair4x4 rows = inverseRows(left, right);
-    if (leftBuffer != nullptr) storeBlock4x4(leftBuffer, left);
-    if (rightBuffer != nullptr) storeBlock4x4(rightBuffer, right);
-    addResidual(inverseColumns<ResidualRange::Clamped>(rows), srcDst, step);
-  } else {
-    addResidual(left, srcDst, step, srcDst, step);
-    addResidual(right, srcDst + 4, step, srcDst + 4, step);
+// Two blocks side by side, whose buffers follow one another.
+ZVP_INLINE void addPair(const ColumnPair4x4& b, s16* buffers, u8* srcDst, std::ptrdiff_t step) {
+  const BlockPair4x4 rows = inverseRows(b);
+#pragma GCC unroll 4
+  for (int y = 0; y < 4; ++y) {
+    simd::storeBytes<8>(buffers + 4 * y, rows.row[y]);
+    simd::storeHigh8(buffers + 16 + 4 * y, rows.row[y]);
   }
+  addResidual(inverseColumns<ResidualRange::Clamped>(rows), srcDst, step);
 }
 // Two blocks that have a DC alone: one residual for all samples of each.
 ZVP_INLINE void addDcPair(s16 left, s16 right, u8* srcDst, std::ptrdiff_t step) {
@@ -128,18 +124,47 @@ ZVP_INLINE s16* take(s16*& cursor, std::ptrdiff_t count) {
   return block;
 }
 
-// A pair whose DCs come from elsewhere. Bits 0 and 1 of coded tell which has levels of its own.
+// The coded ones of two blocks side by side: bits 0 and 1 of coded tell.
 template <class Scale>
-ZVP_INLINE void addPairWithDc(const Scale& scale, u32 coded, s16 leftDc, s16 rightDc, s16*& cursor, u8* srcDst,
+ZVP_INLINE void addCoded(const Scale& scale, u32 coded, s16*& cursor, u8* srcDst, std::ptrdiff_t step) {
+  if ((coded & 3) == 0) return;
+  s16* const left = take(cursor, 16);
+  const Block4x4 first = scale.block(loadBlock4x4(left));
+  if ((coded & 3) != 3) return addBlock<Scale>(first, left, srcDst + 2 * (coded & 2), step);
+  s16* const right = take(cursor, 16);
+  const Block4x4 second = scale.block(loadBlock4x4(right));
+  if constexpr (Scale::transforms) {
+    addPair(columnsOf(first, second), left, srcDst, step);
+  } else {
+    addBlock<Scale>(first, left, srcDst, step);
+    addBlock<Scale>(second, right, srcDst + 4, step);
+  }
+}
+
+// The same where the DCs come from elsewhere, two of them at dc.
+template <class Scale>
+ZVP_INLINE void addCodedAndDc(const Scale& scale, u32 coded, const u8* dc, s16*& cursor, u8* srcDst,
                               std::ptrdiff_t step) {
-  if ((coded & 3) == 0 && (leftDc | rightDc) == 0) return;
-  if (Scale::transforms && (coded & 3) == 0) return addDcPair(leftDc, rightDc, srcDst, step);
-  const Block4x4 none = {simd::zero<simd::S16<8>>(), simd::zero<simd::S16<8>>()};
-  s16* const leftBuffer = (coded & 1) != 0 ? take(cursor, 16) : nullptr;
-  s16* const rightBuffer = (coded & 2) != 0 ? take(cursor, 16) : nullptr;
-  const Block4x4 left = leftBuffer != nullptr ? scale.block(loadBlock4x4(leftBuffer)) : none;
-  const Block4x4 right = rightBuffer != nullptr ? scale.block(loadBlock4x4(rightBuffer)) : none;
-  addPair<Scale>(withDc(left, leftDc), withDc(right, rightDc), leftBuffer, rightBuffer, srcDst, step);
+  if (Scale::transforms && (coded & 3) == 3) {
+    s16* const levels = take(cursor, 32);
+    const auto columns = columnsOf(scale.block(loadBlock4x4(levels)), scale.block(loadBlock4x4(levels + 16)));
+    return addPair(withDc(columns, dc), levels, srcDst, step);
+  }
+  const s16 both[2] = {loadAs<s16>(dc), loadAs<s16>(dc + 2)};
+  if ((coded & 3) == 0) {
+    if ((both[0] | both[1]) == 0) return;
+    if (Scale::transforms) return addDcPair(both[0], both[1], srcDst, step);
+  }
+  for (std::size_t i = 0; i < 2; ++i, srcDst += 4) {
+    if ((coded >> i & 1) != 0) {
+      s16* const block = take(cursor, 16);
+      addBlock<Scale>(withDc(scale.block(loadBlock4x4(block)), both[i]), block, srcDst, step);
+    } else if (both[i] != 0) {
+      const Block4x4 none = {simd::zero<simd::S16<8>>(), simd::zero<simd::S16<8>>()};
+      addResidual<Scale::residual>(Scale::transforms ? flatResidual(both[i]) : withDc(none, both[i]), srcDst, step,
+                                   srcDst, step);
+    }
+  }
 }
 
 ZVP_INLINE u8* moved(u8* p, BlockStep by, std::ptrdiff_t step) { return p + std::ptrdiff_t(by.dx) + by.dy * step; }
@@ -151,20 +176,13 @@ ZVP_INLINE u8* moved(u8* p, BlockStep by, std::ptrdiff_t step) { return p + std:
 // Bits of cbp.
 inline constexpr u32 cbpLumaDc = 1, cbpLuma4x4 = 0x1fffe, cbpLuma8x8 = 0xf, cbpChroma = 0x7fe0000;
 
-// Adds the coded 4x4 blocks to the prediction in place.
+// Adds the coded 4x4 blocks to the prediction in place, by quarters of the macroblock.
 template <class Scale>
 ZVP_INLINE s16* addLuma4x4(const Scale& scale, s16* cursor, u8* srcDst, std::ptrdiff_t step, u32 cbp) {
-  for (std::size_t i = 0; i < 16; i += 2) {
-    const u32 coded = cbp >> (i + 1) & 3;
-    if (coded == 3) {
-      s16* const left = take(cursor, 16);
-      s16* const right = take(cursor, 16);
-      addPair<Scale>(scale.block(loadBlock4x4(left)), scale.block(loadBlock4x4(right)), left, right, srcDst, step);
-    } else if (coded != 0) {
-      s16* const block = take(cursor, 16);
-      addBlock<Scale>(scale.block(loadBlock4x4(block)), block, coded == 1 ? srcDst : srcDst + 4, step);
-    }
-    srcDst = moved(moved(srcDst, xyoff[i], step), xyoff[i + 1], step);
+  for (std::size_t i = 0; i < 4; ++i) {
+    addCoded(scale, cbp >> (4 * i + 1), cursor, srcDst, step);
+    addCoded(scale, cbp >> (4 * i + 3), cursor, srcDst + 4 * step, step);
+    srcDst = moved(srcDst, xyoff8[i], step);
   }
   return cursor;
 }
@@ -248,9 +266,8 @@ ZVP_INLINE s16* addLuma16x16(const Scale& scale, s16* cursor, u8* srcDst, std::p
     storeBlock4x4(block, scale.lumaDc(loadBlock4x4(block)));
     dc = reinterpret_cast<const u8*>(block);
   }
-  const auto dcOf = [dc](std::size_t i) { return loadAs<s16>(dc + 2 * block_subblock_mapping[i]); };
   for (std::size_t i = 0; i < 16; i += 2) {
-    addPairWithDc(scale, cbp >> (i + 1), dcOf(i), dcOf(i + 1), cursor, srcDst, step);
+    addCodedAndDc(scale, cbp >> (i + 1), dc + 2 * block_subblock_mapping[i], cursor, srcDst, step);
     srcDst = moved(moved(srcDst, xyoff[i], step), xyoff[i + 1], step);
   }
   return cursor;
@@ -263,7 +280,9 @@ template <class Scale>
 ZVP_INLINE void transformChromaDc(const Scale& scale, s16* dc) {
   if constexpr (Scale::transforms) {
     const auto sums = hadamardTransform2x2(loadDc<4>(dc));
-    for (std::size_t i = 0; i < 4; ++i) storeAs(dc + i, scale.chromaDc(s16(sums[i])));
+    u64 scaled = 0;  // stored at once, for what reads it by twos
+    for (std::size_t i = 0; i < 4; ++i) scaled |= u64(u16(scale.chromaDc(s16(sums[i])))) << (16 * i);
+    storeAs(dc, scaled);
   }
 }
 
@@ -279,9 +298,8 @@ ZVP_INLINE s16* addChroma(const Scale (&scales)[2], s16* cursor, u8* u, u8* v, s
     }
   for (std::size_t plane = 0; plane < 2; ++plane) {
     u8* const samples = plane == 0 ? u : v;
-    for (std::size_t i = 0; i < 4; i += 2)
-      addPairWithDc(scales[plane], cbp >> (19 + 4 * plane + i), loadAs<s16>(dc[plane] + 2 * i),
-                    loadAs<s16>(dc[plane] + 2 * i + 2), cursor, samples + std::ptrdiff_t(2 * i) * step, step);
+    addCodedAndDc(scales[plane], cbp >> (19 + 4 * plane), dc[plane], cursor, samples, step);
+    addCodedAndDc(scales[plane], cbp >> (21 + 4 * plane), dc[plane] + 4, cursor, samples + 4 * step, step);
   }
   return cursor;
 }

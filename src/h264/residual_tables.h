@@ -70,7 +70,7 @@ constexpr std::array<std::array<s16, 16>, 52> inverseScalesByPosition() {
 
 // The same by raster position. Element 0 is 1, so that a multiplication of all sixteen leaves a DC alone that comes
 // scaled from elsewhere; the scale of an ordinary element 0 is found at element 2.
-inline constexpr std::array<std::array<s16, 16>, 52> InvQuantTable_w7 = detail::inverseScalesByPosition();
+alignas(16) inline constexpr std::array<std::array<s16, 16>, 52> InvQuantTable_w7 = detail::inverseScalesByPosition();
 static_assert(InvQuantTable_w7[0] ==
               std::array<s16, 16>{1, 13, 10, 13, 13, 16, 13, 16, 10, 13, 10, 13, 13, 16, 13, 16});
 static_assert(InvQuantTable_w7[6][0] == 1 && InvQuantTable_w7[6][1] == 26 && InvQuantTable_w7[6][2] == 20 &&

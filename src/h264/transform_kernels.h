@@ -51,36 +51,41 @@ namespace detail {
 
 // Of rows a, b, c, d the sums and differences [a + d | b + c], [a - d | b - c], from which all forward passes go on.
 struct Outer4x4 {
-  simd::U64<2> sum, difference, twice;
+  simd::S16<8> sum, difference, twice;
 };
 ZVP_INLINE Outer4x4 outer(Block4x4 b) {
   using namespace simd;
   const auto back = shuffle32<0x4e>(b.rows23);
   const auto difference = b.rows01 - back;
-  return {as<U64<2>>(b.rows01 + back), as<U64<2>>(difference), as<U64<2>>(difference + difference)};
+  return {b.rows01 + back, difference, difference + difference};
 }
-ZVP_INLINE simd::S16<8> lows(simd::U64<2> a, simd::U64<2> b) { return simd::as<simd::S16<8>>(interleaveLow(a, b)); }
-ZVP_INLINE simd::S16<8> highs(simd::U64<2> a, simd::U64<2> b) { return simd::as<simd::S16<8>>(interleaveHigh(a, b)); }
+// From elements 0 and 1 of each column in turn and elements 2 and 3 the block whose rows are the columns.
+ZVP_INLINE Block4x4 columnsAsRows(simd::S16<8> first, simd::S16<8> last) {
+  using namespace simd;
+  const auto a = as<S32<4>>(first), b = as<S32<4>>(last);
+  return {as<S16<8>>(interleaveLow(a, b)), as<S16<8>>(interleaveHigh(a, b))};
+}
 
-// One pass down the rows.
+// One pass down the rows, whose result is transposed: so two passes one after the other make the whole transform.
 ZVP_INLINE Block4x4 forwardPass(Block4x4 b) {
   const auto t = outer(b);
-  return {lows(t.sum, t.twice) + highs(t.sum, t.difference), lows(t.sum, t.difference) - highs(t.sum, t.twice)};
+  return columnsAsRows(interleaveLow(t.sum, t.twice) + interleaveHigh(t.sum, t.difference),
+                       interleaveLow(t.sum, t.difference) - interleaveHigh(t.sum, t.twice));
 }
 ZVP_INLINE Wide4x4 forwardPass(const Wide4x4& b) {
   const auto& r = b.row;
   const auto s = r[0] + r[3], t = r[1] + r[2], u = r[0] - r[3], v = r[1] - r[2];
-  return {{s + t, u + u + v, s - t, u - v - v}};
+  return transposed(Wide4x4{{s + t, u + u + v, s - t, u - v - v}});
 }
 ZVP_INLINE Block4x4 hadamardPass(Block4x4 b) {
   const auto t = outer(b);
-  const auto even = lows(t.sum, t.difference), odd = highs(t.sum, t.difference);
-  return {even + odd, even - odd};
+  const auto even = interleaveLow(t.sum, t.difference), odd = interleaveHigh(t.sum, t.difference);
+  return columnsAsRows(even + odd, even - odd);
 }
 ZVP_INLINE Wide4x4 hadamardPass(const Wide4x4& b) {
   const auto& r = b.row;
   const auto s = r[0] + r[3], t = r[1] + r[2], u = r[0] - r[3], v = r[1] - r[2];
-  return {{s + t, u + v, s - t, u - v}};
+  return transposed(Wide4x4{{s + t, u + v, s - t, u - v}});
 }
 ZVP_INLINE Wide4x4 inversePass(const Wide4x4& b) {
   using simd::shiftRight;
@@ -95,13 +100,13 @@ ZVP_INLINE Wide4x4 inversePass(const Wide4x4& b) {
 // The forward core transform, H.264's counterpart of 8.5.12.2.
 template <class B>
 ZVP_INLINE B forwardTransform(const B& b) {
-  return detail::forwardPass(transposed(detail::forwardPass(transposed(b))));
+  return detail::forwardPass(detail::forwardPass(b));
 }
 
 // The 4x4 Hadamard transform of luma DC blocks (H.264 8.5.10).
 template <class B>
 ZVP_INLINE B hadamardTransform(const B& b) {
-  return detail::hadamardPass(transposed(detail::hadamardPass(transposed(b))));
+  return detail::hadamardPass(detail::hadamardPass(b));
 }
 
 // The same halved. The first pass of 16-bit blocks leaves 16 bits, the sums of the second are halved in full.
@@ -111,7 +116,7 @@ ZVP_INLINE Wide4x4 halvedHadamardTransform(Wide4x4 b) {
   return b;
 }
 ZVP_INLINE Block4x4 halvedHadamardTransform(Block4x4 b) {
-  Wide4x4 sums = detail::hadamardPass(widened(transposed(detail::hadamardPass(transposed(b)))));
+  Wide4x4 sums = transposed(detail::hadamardPass(widened(detail::hadamardPass(transposed(b)))));
   for (auto& row : sums.row) row = simd::shiftRight<1>(row);
   return narrowed(sums);
 }
@@ -249,12 +254,17 @@ ZVP_INLINE Wide4x4 withDc(Wide4x4 b, s32 dc) {
   return b;
 }
 
-// By the scales of flat matrices: all coefficients, element 0 as it comes from elsewhere if it does.
+// The scales of flat matrices, for two rows of a block: rows 0 and 1, and rows 2 and 3, have the same.
+ZVP_INLINE simd::S16<8> flatScales(std::size_t qp) {
+  return simd::load<simd::S16<8>>(InvQuantTable_w7[qp].data() + 8);  // where element 0 is not the one that stays 1
+}
+// By these: all coefficients, element 0 as it comes from elsewhere if it does.
 ZVP_INLINE Block4x4 scaledBlock(Block4x4 levels, const s16* dc, std::size_t qp) {
-  const auto& byPosition = InvQuantTable_w7[qp];  // 1 in element 0, the scale of class 0 in element 2
-  const Block4x4 scales = loadBlock4x4(byPosition.data());
-  if (dc != nullptr) return withDc(scaled(levels, scales), loadAs<s16>(dc));
-  return scaled(levels, withDc(scales, byPosition[2]));
+  const auto scales = flatScales(qp);
+  Block4x4 block = scaled(levels, {scales, scales});
+  if (dc != nullptr) [[unlikely]]
+    block = withDc(block, loadAs<s16>(dc));
+  return block;
 }
 ZVP_INLINE s16 scaledDc(const s16* level, const s16* dc, std::size_t qp) {
   return dc != nullptr ? loadAs<s16>(dc) : s16(loadAs<s16>(level) * InvQuantTable[qp][0]);

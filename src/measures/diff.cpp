@@ -17,7 +17,7 @@ ZVP_INLINE zvpStatus subtractEntry(Kernel kernel, const T* a, s32 aStep, const T
 }  // namespace
 
 zvpStatus zvpiSub4x4_8u16s_C1R(const u8* pSrc1, s32 src1Step, const u8* pSrc2, s32 src2Step, s16* pDst, s32 dstStep) {
-  return subtractEntry(subtract<u8, 4, 4>, pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep);
+  return subtractEntry(ownvc_Sub4x4_8u16s_C1R, pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep);
 }
 zvpStatus zvpiSub8x8_8u16s_C1R(const u8* pSrc1, s32 src1Step, const u8* pSrc2, s32 src2Step, s16* pDst, s32 dstStep) {
   return subtractEntry(ownvc_Sub8x8_8u16s_C1R, pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep);

@@ -34,6 +34,28 @@ zvpStatus subtract(const u8* a, std::ptrdiff_t aStep, const u8* b, std::ptrdiff_
   return zvpStatusOk;
 }
 
+// 4x4 bytes, two rows in a register. Rows that follow one another are written at once: so a transform may read them in
+// whole registers, without waiting for halves to be put together.
+inline zvpStatus ownvc_Sub4x4_8u16s_C1R(const u8* a, std::ptrdiff_t aStep, const u8* b, std::ptrdiff_t bStep, u8* dst,
+                                        std::ptrdiff_t dstStep) {
+  using namespace simd;
+  const auto rows = [](const u8* p, std::ptrdiff_t step) {
+    return widenLow(as<U8<16>>(interleaveLow(loadBytes<U32<4>, 4>(p), loadBytes<U32<4>, 4>(p + step))));
+  };
+  const auto rows01 = rows(a, aStep) - rows(b, bStep);
+  const auto rows23 = rows(a + 2 * aStep, aStep) - rows(b + 2 * bStep, bStep);
+  if (dstStep == 8) {
+    store(dst, rows01);
+    store(dst + 16, rows23);
+  } else {
+    storeBytes<8>(dst, rows01);
+    storeHigh8(dst + dstStep, rows01);
+    storeBytes<8>(dst + 2 * dstStep, rows23);
+    storeHigh8(dst + 3 * dstStep, rows23);
+  }
+  return zvpStatusOk;
+}
+
 template <int H>
 zvpStatus subtractAndSad8xH(const u8* a, std::ptrdiff_t aStep, const u8* b, std::ptrdiff_t bStep, u8* dst,
                             std::ptrdiff_t dstStep, s32* sad) {
