@@ -2394,7 +2394,7 @@ ZVP_API zvpStatus zvpiAddC8x8_16s8u_C1IR(int32_t value, uint8_t *pSrcDst, int32_
  * Compiles a list of codes with one value each.
  *
  * A code longer than all levels together is dropped. If a sub-table's index is a multiple of 256, further codes with
- * the same first bits do not find it and go on in the table before it: choose other widths then.
+ * the same first bits do not find it and go on in the table before it, over what is there: choose other widths then.
  *
  * @param[in]  pSrcTable  the list
  * @param[out] ppDstSpec  receives the table, which zvpMalloc() gave and zvpiHuffmanTableFree_32s() takes back; not

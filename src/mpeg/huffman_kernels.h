@@ -115,26 +115,27 @@ s32 leaf(const s32* values, s32 spare) {
     return s32(u32(values[1]) << 16 | u32(u8(values[0])) << 8 | u32(spare));
 }
 
-// Enters one code. next is where the next sub-table will stand. A code longer than all levels together is dropped. So
-// is one that finds no room, in the table or for a sub-table that was not counted: a link that is not followed can lead
-// there, and so can a list that is not prefix-free.
+// Enters one code. next is where the next sub-table will stand. A code longer than all levels together is dropped. A
+// link that is not followed leaves a code in the table before it, whose index may be narrower than the code asks for:
+// required, callers see what it writes over there. What would leave the allocation is dropped, as is a sub-table that
+// was not counted.
 template <TableKind Kind>
 void enterCode(const CodeList& list, const Code& code, s32* table, u32 words, u32& next) {
   s32* current = table;
   s32 depth = 0;
   for (s32 level = 0; level < list.levels; ++level) {
     const s32 width = list.widths[level];
-    const u32 entries = tableWords(current[0]) - 1;
+    const u32 room = words - 1 - u32(current - table);
     depth += width;
     if (depth >= code.length) {
       const s32 spare = depth - code.length;
       const u32 first = lowBits(code.word, width - spare) << (spare & 31), count = 1u << (spare & 31);
-      if (first + count > entries) return;
+      if (first + count > room) return;
       for (u32 i = 0; i < count; ++i) current[1 + first + i] = leaf<Kind>(code.values, spare);
       return;
     }
     const u32 at = lowBits(firstBits(code.word, code.length, depth), width);
-    if (level + 1 == list.levels || at >= entries) return;
+    if (level + 1 == list.levels || at >= room) return;
     s32& entry = current[1 + at];
     if (entry == unusedEntry) {
       const s32 subWidth = list.widths[level + 1];

@@ -44,7 +44,7 @@ std::uint32_t BitReader::read(int n) {
   return value;
 }
 
-std::vector<std::int32_t> compile(const std::int32_t* list, int entryWords) {
+std::vector<std::int32_t> compile(const std::int32_t* list, int entryWords, bool* lost) {
   const int levels = list[1];
   const std::int32_t* const widths = list + 2;
   const auto codes = listedCodes(widths + levels, entryWords);
@@ -66,12 +66,12 @@ std::vector<std::int32_t> compile(const std::int32_t* list, int entryWords) {
   for (const auto& code : codes) {
     std::size_t current = 0, depth = 0;
     for (int k = 0; k < levels; ++k) {
-      const std::size_t width = std::size_t(widths[k]), entries = std::size_t(1) << table[current];
+      const std::size_t width = std::size_t(widths[k]), room = capacity - current - 1;
       if (depth + width >= code.bits.size()) {
         // All indices that begin with the rest of the code.
         const std::string rest = code.bits.substr(depth);
         const std::size_t spare = width - rest.size(), count = std::size_t(1) << spare;
-        if ((number(rest) + 1) * count > entries) break;
+        if ((number(rest) + 1) * count > room) break;
         for (std::size_t i = 0; i < count; ++i) {
           const std::int64_t value = entryWords == 2
                                          ? code.values[0] * std::int64_t(256)
@@ -81,7 +81,7 @@ std::vector<std::int32_t> compile(const std::int32_t* list, int entryWords) {
         break;
       }
       const std::size_t index = number(code.bits.substr(depth, width));
-      if (k + 1 == levels || index >= entries) break;
+      if (k + 1 == levels || index >= room) break;
       std::int32_t& entry = table[current + 1 + index];
       depth += width;
       if (entry == unused) {
@@ -92,6 +92,8 @@ std::vector<std::int32_t> compile(const std::int32_t* list, int entryWords) {
         next += wordsAt(k + 1);
       } else if ((entry & 255) == 128 && (entryWords == 3 || (entry & 0xff00) != 0)) {
         current = std::size_t(entry >> 8);
+      } else if ((entry & 255) == 128 && lost != nullptr) {
+        *lost = true;
       }
     }
   }

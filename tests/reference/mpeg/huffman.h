@@ -19,8 +19,9 @@ struct BitReader {
   int offset() const { return 31 - int(position % 32); }
 };
 
-// The compiled table of a list; entryWords is 2 for a value list, 3 for a run-level list.
-std::vector<std::int32_t> compile(const std::int32_t* list, int entryWords);
+// The compiled table of a list; entryWords is 2 for a value list, 3 for a run-level list. Sets *lost if a code did not
+// find its sub-table, which stands at a multiple of 256: where it goes then it may spoil the table for readers.
+std::vector<std::int32_t> compile(const std::int32_t* list, int entryWords, bool* lost = nullptr);
 
 struct Lookup {
   std::int32_t entry = 0;
