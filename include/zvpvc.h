@@ -5679,7 +5679,7 @@ ZVP_API zvpStatus zvpiEncodeCoeffsInter_H263_16s1u(const int16_t *pCoef, uint8_t
  * Writes the coefficients of an intra block: from position 1 on; with advIntraFlag from position 0 on, by the code of
  * Annex I. In all else as zvpiEncodeCoeffsInter_H263_16s1u().
  *
- * @param[in]     pCoef         64 levels; the DC is not read unless advIntraFlag is on
+ * @param[in]     pCoef         64 levels; the DC is left out unless advIntraFlag is on
  * @param[in,out] ppBitStream   address of the pointer to the current byte
  * @param[in,out] pBitOffset    bits of that byte that are used up, 0 to 7
  * @param[in]     countNonZero  number of levels to be written that are not 0, 1 to 64
@@ -5920,7 +5920,7 @@ ZVP_API zvpStatus zvpiEncodeDCIntra_MPEG4_16s1u(int16_t dc, uint8_t **ppBitStrea
  * Of a level the escape of type 3 carries the low 12 bits, the reversible escape the low 11 bits of its magnitude; it
  * is the caller's to keep within range.
  *
- * @param[in]     pCoef         64 levels; the DC is not read under skipDC
+ * @param[in]     pCoef         64 levels; the DC is left out under skipDC
  * @param[in,out] ppBitStream   address of the pointer to the current byte
  * @param[in,out] pBitOffset    bits of that byte that are used up, 0 to 7
  * @param[in]     countNonZero  number of levels to be written that are not 0, 1 to 64, under skipDC 1 to 63

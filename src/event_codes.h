@@ -63,6 +63,7 @@ template <std::size_t Events> constexpr bool isPrefixFree(const std::array<Event
 }
 
 // TCOEF of H.263 5.4.2 (table 16), which is table B-17 of ISO/IEC 14496-2 too.
+// clang-format off
 inline constexpr auto tcoefLines = std::to_array<EventLine>({
     {0, 0, "10 1111 010101 0010111 00011111 000100101 000100100 0000100001 0000100000 00000000111 "
            "00000000110 00000100000"},
@@ -82,16 +83,17 @@ inline constexpr auto tcoefLines = std::to_array<EventLine>({
     {1, 29, "00000100100"}, {1, 30, "00000100101"}, {1, 31, "00000100110"}, {1, 32, "00000100111"},
     {1, 33, "000001011000"}, {1, 34, "000001011001"}, {1, 35, "000001011010"}, {1, 36, "000001011011"},
     {1, 37, "000001011100"}, {1, 38, "000001011101"}, {1, 39, "000001011110"}, {1, 40, "000001011111"}});
+// clang-format on
 inline constexpr auto tcoefCodes = eventCodes<tcoefLines>();
 static_assert(tcoefCodes.size() == 102 && isPrefixFree(tcoefCodes));
 
 // ---- reading ----------------------------------------------------------------------------------------------------
 
-inline constexpr s32 windowBits = 12;       // the longest word
+inline constexpr s32 windowBits = 12;  // the longest word
 inline constexpr s32 eventEscapeBits = 7;
-inline constexpr u32 escapeWord = 3;        // 0000011
+inline constexpr u32 escapeWord = 3;  // 0000011
 inline constexpr u32 firstEscapeWindow = 96;
-inline constexpr u32 firstWindow = 8;       // below it no word begins
+inline constexpr u32 firstWindow = 8;  // below it no word begins
 
 // The next 12 bits choose one of three tables, by their leading zeros, and a row in it, by as many bits as the words of
 // that table need. Each word fills all rows that begin with it; no row is empty.
@@ -102,7 +104,7 @@ template <class Row> struct EventTables {
   const Row* middle;
   const Row* low;
 
-  ZVP_INLINE Row ofHigh(u32 window) const { return high[(window - firstHigh) >> highShift]; }
+  ZVP_INLINE Row ofHigh(u32 window) const { return high[(window >> highShift) - (firstHigh >> highShift)]; }
   ZVP_INLINE Row ofRest(u32 window) const {
     return window >= firstMiddle ? middle[(window - firstMiddle) >> middleShift] : low[window - firstWindow];
   }
@@ -111,12 +113,10 @@ template <class Row> struct EventTables {
 };
 
 // One of the three tables: Rows rows from a window on, each for 1 << shift windows.
-template <class Row, std::size_t Rows, class MakeRow, std::size_t Events>
-constexpr std::array<Row, Rows> windowTable(const std::array<EventCode, Events>& codes, u32 first, s32 shift,
-                                            MakeRow makeRow) {
-  std::array<Row, Rows> rows{};
+template <const auto& Codes, auto makeRow, std::size_t Rows> constexpr auto windowTable(u32 first, s32 shift) {
+  std::array<decltype(makeRow(Codes[0])), Rows> rows{};
   const u32 end = first + (u32(Rows) << shift);
-  for (const EventCode& code : codes) {
+  for (const EventCode& code : Codes) {
     const s32 spare = windowBits - code.length;
     const u32 begin = u32(code.word) << spare;
     if (begin < first || begin >= end) continue;
@@ -124,6 +124,24 @@ constexpr std::array<Row, Rows> windowTable(const std::array<EventCode, Events>&
       rows[(window - first) >> shift] = makeRow(code);
   }
   return rows;
+}
+template <const auto& Codes, auto makeRow> constexpr auto highTable() {
+  using Tables = EventTables<decltype(makeRow(Codes[0]))>;
+  return windowTable<Codes, makeRow, 112>(Tables::firstHigh, Tables::highShift);
+}
+template <const auto& Codes, auto makeRow> constexpr auto middleTable() {
+  using Tables = EventTables<decltype(makeRow(Codes[0]))>;
+  return windowTable<Codes, makeRow, 96>(Tables::firstMiddle, Tables::middleShift);
+}
+// Without the rows of the escape, which would be the last 32.
+template <const auto& Codes, auto makeRow> constexpr auto lowTable() {
+  return windowTable<Codes, makeRow, firstEscapeWindow - firstWindow>(firstWindow, 0);
+}
+
+template <class Row, std::size_t Rows> constexpr bool hasNoEmptyRow(const std::array<Row, Rows>& table) {
+  for (const Row& row : table)
+    if (row == Row{}) return false;
+  return true;
 }
 
 // ---- writing ----------------------------------------------------------------------------------------------------

@@ -1,8 +1,8 @@
 // The walk over the (LAST, RUN, LEVEL) events of a block, shared by H.263 and MPEG-4, reading and writing.
 //
 // A reader of events and what is done with a level are parameters: the codes of H.263 and of MPEG-4 tables B-16, B-17
-// and B-23 differ in how one event is read, decoding and reconstruction in what is stored. Bit reading is serial, so the
-// walk is scalar.
+// and B-23 differ in how one event is read, decoding and reconstruction in what is stored. Bit reading is serial, so
+// the walk is scalar.
 #pragma once
 
 #include <bit>
@@ -56,6 +56,11 @@ struct RowFields {
   u32 last;
   s32 step, magnitude, bits;
 };
+// Rows hold four bytes: LAST, the run, the level and the length. Taken apart in a register, which compilers do not do
+// by themselves. Whether step and bits are counted already is the row's.
+ZVP_INLINE RowFields rowFields(u32 row) {
+  return {row & 255, s32(row >> 8 & 255), s32(row >> 16 & 255), s32(row >> 24)};
+}
 
 ZVP_INLINE Event takeRow(ByteReader& bits, const RowFields& row) {
   const Event event = {row.last, row.step, withSign(row.magnitude, bits.peekBit(row.bits - 1))};
@@ -97,9 +102,9 @@ template <class Format> class TableReader {
 // `position`. The cursor moves on success only. *pIndxLastNonZero becomes the position reached; if an event leads past
 // the block, it is not stored, and whether its position is reported is the reader's to say (H.263 does not, MPEG-4
 // does).
-template <class Reader, class Store>
-ZVP_INLINE zvpStatus walkEvents(const Reader& reader, const u8** ppBitStream, s32* pBitOffset, s32 position,
-                                s32* pIndxLastNonZero, Store store) {
+template <class Reader, class Store> ZVP_INLINE zvpStatus walkEvents(const Reader& reader, const u8** ppBitStream,
+                                                                     s32* pBitOffset, s32 position,
+                                                                     s32* pIndxLastNonZero, Store store) {
   ByteReader bits(ppBitStream, pBitOffset);
   zvpStatus status = zvpStatusBadVlcCode;
   Event event;

@@ -13,8 +13,8 @@ struct Mode {
   bool intra;
   int advIntra, modQuant, scan;
 };
-constexpr Mode modes[] = {{"inter", false, 0, 0, 0},        {"inter, Annex T", false, 0, 1, 0},
-                          {"intra", true, 0, 0, 0},         {"intra, Annex T", true, 0, 1, 0},
+constexpr Mode modes[] = {{"inter", false, 0, 0, 0},         {"inter, Annex T", false, 0, 1, 0},
+                          {"intra", true, 0, 0, 0},          {"intra, Annex T", true, 0, 1, 0},
                           {"intra, Annex I", true, 1, 0, 1}, {"intra, Annexes I and T", true, 1, 1, 2}};
 
 zvpStatus write(const CoefficientBlocks& blocks, int i, const Mode& mode, std::uint8_t** byte, std::int32_t* offset) {
@@ -39,15 +39,16 @@ CoefficientBlocks* streamsOf(const Mode& mode, bool withDc) {
 
 zvpStatus read(const Mode& mode, const std::uint8_t** byte, std::int32_t* offset, std::int16_t* levels,
                std::int32_t* index) {
-  return mode.intra ? zvpiDecodeCoeffsIntra_H263_1u16s(byte, offset, levels, index, mode.advIntra, mode.modQuant,
-                                                       mode.scan)
-                    : zvpiDecodeCoeffsInter_H263_1u16s(byte, offset, levels, index, mode.modQuant, mode.scan);
+  return mode.intra
+             ? zvpiDecodeCoeffsIntra_H263_1u16s(byte, offset, levels, index, mode.advIntra, mode.modQuant, mode.scan)
+             : zvpiDecodeCoeffsInter_H263_1u16s(byte, offset, levels, index, mode.modQuant, mode.scan);
 }
 
 const bench::Rows rows = [](bench::Add add) {
   for (const Mode& mode : modes) {
     const auto* blocks = streamsOf(mode, false);
-    add(mode.intra ? "zvpiDecodeCoeffsIntra_H263_1u16s" : "zvpiDecodeCoeffsInter_H263_1u16s", mode.name,
+    add(
+        mode.intra ? "zvpiDecodeCoeffsIntra_H263_1u16s" : "zvpiDecodeCoeffsInter_H263_1u16s", mode.name,
         [=](int i) {
           const std::uint8_t* byte = blocks->streams[i];
           std::int32_t offset = blocks->offsets[i], index;

@@ -12,7 +12,7 @@ namespace bench {
 struct CoefficientBlocks {
   static constexpr int streamBytes = 256;
   std::int16_t levels[callsPerTurn][64] = {};
-  int counts[callsPerTurn] = {};         // that are not 0, from position 1 on
+  int counts[callsPerTurn] = {};  // that are not 0, from position 1 on
   std::uint8_t streams[callsPerTurn][streamBytes] = {};
   int offsets[callsPerTurn] = {};
 

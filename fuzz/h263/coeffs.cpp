@@ -30,11 +30,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (leadingDc) position += 8;
     const ScanName named[] = {ScanName::Zigzag, ScanName::Vertical, ScanName::Horizontal,
                               recon ? ScanName::Zigzag : ScanName::Raster};
-    const auto block =
-        reference::h263ReadCoeffs(h263Code(adv), bits.substr(position), modQuant, first,
-                                  scanTable(recon && !adv ? ScanName::Zigzag : named[scan]),
-                                  [&](int level) { return recon ? reference::h263Dequantize(level, QP, adv, modQuant)
-                                                                : level; });
+    const auto block = reference::h263ReadCoeffs(
+        h263Code(adv), bits.substr(position), modQuant, first,
+        scanTable(recon && !adv ? ScanName::Zigzag : named[scan]),
+        [&](int level) { return recon ? reference::h263Dequantize(level, QP, adv, modQuant) : level; });
     std::memcpy(expected, block.coefficients.data(), sizeof expected);
     if (first == 1) expected[0] = std::int16_t(leadingDc ? 8 * dc : 77);
     expectedIndex = block.indexLastNonZero;
@@ -51,9 +50,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const zvpStatus status =
       member == 0   ? zvpiDecodeCoeffsInter_H263_1u16s(byte, offset, coefficients, &index, modQuant, scan)
       : member == 1 ? zvpiDecodeCoeffsIntra_H263_1u16s(byte, offset, coefficients, &index, adv, modQuant, scan)
-      : member == 2 ? zvpiReconstructCoeffsInter_H263_1u16s(byte, offset, coefficients, &index, QP, modQuant)
-                    : zvpiReconstructCoeffsIntra_H263_1u16s(byte, offset, coefficients, &index, 1, QP, adv, scan,
-                                                            modQuant);
+      : member == 2
+          ? zvpiReconstructCoeffsInter_H263_1u16s(byte, offset, coefficients, &index, QP, modQuant)
+          : zvpiReconstructCoeffsIntra_H263_1u16s(byte, offset, coefficients, &index, 1, QP, adv, scan, modQuant);
   if (status != expectedStatus || index != expectedIndex || stream.position() != position ||
       std::memcmp(coefficients, expected, sizeof expected) != 0)
     std::abort();

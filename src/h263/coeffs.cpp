@@ -16,8 +16,7 @@ zvpStatus zvpiDecodeDCIntra_H263_1u16s(const u8** ppBitStream, s32* pBitOffset, 
 
 zvpStatus zvpiDecodeCoeffsInter_H263_1u16s(const u8** ppBitStream, s32* pBitOffset, s16* pCoef, s32* pIndxLastNonZero,
                                            s32 modQuantFlag, s32 scan) {
-  if (nullCursor(ppBitStream) || anyNull(pBitOffset) || anyNull(pCoef) || anyNull(pIndxLastNonZero))
-    return zvpStatusNullPointer;
+  if (nullCursor(ppBitStream) || anyNull(pBitOffset, pCoef, pIndxLastNonZero)) return zvpStatusNullPointer;
   if (badBitOffset(pBitOffset)) return zvpStatusBadBitOffset;
   const auto decode = modQuantFlag ? ownDecodeCoeffs_ModQ_H263 : ownDecodeCoeffs_H263;
   return decode(ppBitStream, pBitOffset, pCoef, pIndxLastNonZero, coefTables, 0, scan);
@@ -25,8 +24,7 @@ zvpStatus zvpiDecodeCoeffsInter_H263_1u16s(const u8** ppBitStream, s32* pBitOffs
 
 zvpStatus zvpiDecodeCoeffsIntra_H263_1u16s(const u8** ppBitStream, s32* pBitOffset, s16* pCoef, s32* pIndxLastNonZero,
                                            s32 advIntraFlag, s32 modQuantFlag, s32 scan) {
-  if (nullCursor(ppBitStream) || anyNull(pBitOffset) || anyNull(pCoef) || anyNull(pIndxLastNonZero))
-    return zvpStatusNullPointer;
+  if (nullCursor(ppBitStream) || anyNull(pBitOffset, pCoef, pIndxLastNonZero)) return zvpStatusNullPointer;
   if (badBitOffset(pBitOffset)) return zvpStatusBadBitOffset;
   const auto decode = modQuantFlag ? ownDecodeCoeffs_ModQ_H263 : ownDecodeCoeffs_H263;
   if (advIntraFlag) return decode(ppBitStream, pBitOffset, pCoef, pIndxLastNonZero, advCoefTables, 0, scan);
@@ -38,8 +36,7 @@ zvpStatus zvpiDecodeCoeffsIntra_H263_1u16s(const u8** ppBitStream, s32* pBitOffs
 
 zvpStatus zvpiReconstructCoeffsInter_H263_1u16s(const u8** ppBitStream, s32* pBitOffset, s16* pCoef,
                                                 s32* pIndxLastNonZero, s32 QP, s32 modQuantFlag) {
-  if (nullCursor(ppBitStream) || anyNull(pBitOffset) || anyNull(pCoef) || anyNull(pIndxLastNonZero))
-    return zvpStatusNullPointer;
+  if (nullCursor(ppBitStream) || anyNull(pBitOffset, pCoef, pIndxLastNonZero)) return zvpStatusNullPointer;
   if (badBitOffset(pBitOffset)) return zvpStatusBadBitOffset;
   if (QP < 1 || QP > 31) return zvpStatusBadQuantizer;
   const auto recon = modQuantFlag ? ownReconCoeffs_ModQ_H263 : ownReconCoeffs_H263;
@@ -49,8 +46,7 @@ zvpStatus zvpiReconstructCoeffsInter_H263_1u16s(const u8** ppBitStream, s32* pBi
 zvpStatus zvpiReconstructCoeffsIntra_H263_1u16s(const u8** ppBitStream, s32* pBitOffset, s16* pCoef,
                                                 s32* pIndxLastNonZero, s32 coded, s32 QP, s32 advIntraFlag, s32 scan,
                                                 s32 modQuantFlag) {
-  if (nullCursor(ppBitStream) || anyNull(pBitOffset) || anyNull(pCoef) || anyNull(pIndxLastNonZero))
-    return zvpStatusNullPointer;
+  if (nullCursor(ppBitStream) || anyNull(pBitOffset, pCoef, pIndxLastNonZero)) return zvpStatusNullPointer;
   if (badBitOffset(pBitOffset)) return zvpStatusBadBitOffset;
   if (QP < 1 || QP > 31) return zvpStatusBadQuantizer;
   if (advIntraFlag) {
@@ -76,7 +72,7 @@ zvpStatus zvpiReconstructCoeffsIntra_H263_1u16s(const u8** ppBitStream, s32* pBi
 
 zvpStatus zvpiEncodeCoeffsInter_H263_16s1u(const s16* pCoef, u8** ppBitStream, s32* pBitOffset, s32 countNonZero,
                                            s32 modQuantFlag, s32 scan) {
-  if (nullCursor(ppBitStream) || anyNull(pBitOffset) || anyNull(pCoef)) return zvpStatusNullPointer;
+  if (nullCursor(ppBitStream) || anyNull(pBitOffset, pCoef)) return zvpStatusNullPointer;
   if (badBitOffset(pBitOffset)) return zvpStatusBadBitOffset;
   if (countNonZero < 1 || countNonZero > 64) return zvpStatusOutOfRange;
   const auto encode = modQuantFlag ? ownEncodeCoeffs_ModQ_H263_16s1u : ownEncodeCoeffs_H263_16s1u;
@@ -85,7 +81,7 @@ zvpStatus zvpiEncodeCoeffsInter_H263_16s1u(const s16* pCoef, u8** ppBitStream, s
 
 zvpStatus zvpiEncodeCoeffsIntra_H263_16s1u(const s16* pCoef, u8** ppBitStream, s32* pBitOffset, s32 countNonZero,
                                            s32 advIntraFlag, s32 modQuantFlag, s32 scan) {
-  if (nullCursor(ppBitStream) || anyNull(pBitOffset) || anyNull(pCoef)) return zvpStatusNullPointer;
+  if (nullCursor(ppBitStream) || anyNull(pBitOffset, pCoef)) return zvpStatusNullPointer;
   if (badBitOffset(pBitOffset)) return zvpStatusBadBitOffset;
   if (countNonZero < 1 || countNonZero > 64) return zvpStatusOutOfRange;
   const auto encode = modQuantFlag ? ownEncodeCoeffs_ModQ_H263_16s1u : ownEncodeCoeffs_H263_16s1u;

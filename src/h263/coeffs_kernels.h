@@ -22,9 +22,7 @@ template <Escape Kind> struct Format {
   using Tables = h263::Tables;
   static constexpr bool reportsOverrun = false;
 
-  ZVP_INLINE static RowFields fields(u32 row) {
-    return {row & 255, s32(row >> 8 & 255), s32(row >> 16 & 255), s32(row >> 24)};
-  }
+  ZVP_INLINE static RowFields fields(u32 row) { return rowFields(row); }
   ZVP_INLINE static bool readEscape(ByteReader& bits, const Tables&, Event& event) {
     const u32 last = bits.read(1), run = bits.read(6);
     s32 level = s8(bits.read(8));
@@ -42,9 +40,9 @@ template <Escape Kind> struct Format {
 
 // ---- reading ----------------------------------------------------------------------------------------------------
 
-template <Escape Kind>
-zvpStatus decodeCoeffs(const u8** ppBitStream, s32* pBitOffset, s16* pCoef, s32* pIndxLastNonZero, const Tables& tables,
-                       s32 firstPosition, s32 scan) {
+template <Escape Kind> zvpStatus decodeCoeffs(const u8** ppBitStream, s32* pBitOffset, s16* pCoef,
+                                              s32* pIndxLastNonZero, const Tables& tables, s32 firstPosition,
+                                              s32 scan) {
   const Scan& elements = *scanOf[std::size_t(chooseScan(scan, ScanHorizontal, ScanRaster))];
   clearBlock(pCoef);
   return walkEvents(TableReader<Format<Kind>>(tables), ppBitStream, pBitOffset, firstPosition - 1, pIndxLastNonZero,
@@ -55,9 +53,8 @@ inline constexpr auto ownDecodeCoeffs_H263 = decodeCoeffs<Escape::Plain>;
 inline constexpr auto ownDecodeCoeffs_ModQ_H263 = decodeCoeffs<Escape::ModQuant>;
 
 // H.263 6.2.1. Only the plain mode clips; a level 0 counts as positive.
-template <Escape Kind>
-zvpStatus reconCoeffs(const u8** ppBitStream, s32* pBitOffset, s16* pCoef, s32* pIndxLastNonZero, s32 firstPosition,
-                      s32 QP) {
+template <Escape Kind> zvpStatus reconCoeffs(const u8** ppBitStream, s32* pBitOffset, s16* pCoef, s32* pIndxLastNonZero,
+                                             s32 firstPosition, s32 QP) {
   const s32 step = 2 * QP, offset = QP - (~QP & 1);
   clearBlock(pCoef);
   return walkEvents(TableReader<Format<Kind>>(coefTables), ppBitStream, pBitOffset, firstPosition - 1, pIndxLastNonZero,
@@ -72,16 +69,14 @@ inline constexpr auto ownReconCoeffs_H263 = reconCoeffs<Escape::Plain>;
 inline constexpr auto ownReconCoeffs_ModQ_H263 = reconCoeffs<Escape::ModQuant>;
 
 // Annex I.3: no offset, and no clipping here.
-template <Escape Kind>
-zvpStatus reconCoeffsAdvIntra(const u8** ppBitStream, s32* pBitOffset, s16* pCoef, s32* pIndxLastNonZero, s32 QP,
-                              s32 scan) {
+template <Escape Kind> zvpStatus reconCoeffsAdvIntra(const u8** ppBitStream, s32* pBitOffset, s16* pCoef,
+                                                     s32* pIndxLastNonZero, s32 QP, s32 scan) {
   const Scan& elements = *scanOf[std::size_t(chooseScan(scan, ScanHorizontal, ScanZigzag))];
   const s32 step = 2 * QP;
   clearBlock(pCoef);
-  return walkEvents(TableReader<Format<Kind>>(advCoefTables), ppBitStream, pBitOffset, -1, pIndxLastNonZero,
-                    [&](s32 position, s32 level) {
-                      storeAs(pCoef + elements[std::size_t(position)], s16(level * step));
-                    });
+  return walkEvents(
+      TableReader<Format<Kind>>(advCoefTables), ppBitStream, pBitOffset, -1, pIndxLastNonZero,
+      [&](s32 position, s32 level) { storeAs(pCoef + elements[std::size_t(position)], s16(level * step)); });
 }
 
 inline constexpr auto ownReconCoeffs_AdvIntra_H263 = reconCoeffsAdvIntra<Escape::Plain>;
@@ -100,8 +95,7 @@ ZVP_INLINE s32 dcOfCode(u32 code) { return code == dcCodeFor128 ? 128 : s32(code
 
 // ---- writing ----------------------------------------------------------------------------------------------------
 
-template <Escape Kind>
-ZVP_INLINE void putEscape(ByteWriter& bits, u32 last, s32 run, s32 magnitude, s32 value) {
+template <Escape Kind> ZVP_INLINE void putEscape(ByteWriter& bits, u32 last, s32 run, s32 magnitude, s32 value) {
   const bool extended = Kind == Escape::ModQuant && magnitude >= 128;
   const u32 level = extended ? u8(extendedLevel) : u8(value);
   bits.put(escapeWord << 15 | last << 14 | u32(run) << 8 | level, 22);
@@ -120,9 +114,8 @@ ZVP_INLINE void putEvent(ByteWriter& bits, const OwnH263VlcParams& code, u32 las
 
 // Required where countNonZero is above the number of coefficients: the one that was written last comes again, with
 // LAST 1, the zeros behind it as its run, and the value at position 63 for its sign and for the escape's level.
-template <Escape Kind>
-zvpStatus encodeCoeffs(const s16* pCoef, u8** ppBitStream, s32* pBitOffset, s32 countNonZero,
-                       const OwnH263VlcParams& code, s32 firstPosition, s32 scan) {
+template <Escape Kind> zvpStatus encodeCoeffs(const s16* pCoef, u8** ppBitStream, s32* pBitOffset, s32 countNonZero,
+                                              const OwnH263VlcParams& code, s32 firstPosition, s32 scan) {
   CodedCoefficients coefficients(pCoef, chooseScan(scan, ScanHorizontal, ScanRaster), firstPosition);
   if (coefficients.empty()) return zvpStatusOk;
   ByteWriter bits(ppBitStream, pBitOffset);

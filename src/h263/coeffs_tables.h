@@ -6,6 +6,7 @@
 namespace zvp::h263 {
 
 // INTRA TCOEF of Annex I: the words of TCOEF for other events.
+// clang-format off
 inline constexpr auto advIntraLines = std::to_array<EventLine>({
     {0, 0, "10 110 1110 01100 01101 010000 010001 010010 0010110 00011011 000100000 000100001 000011010 "
            "000011011 000011100 000011101 000011110 000011111 00000100011 00000100010 000001010111 "
@@ -22,6 +23,7 @@ inline constexpr auto advIntraLines = std::to_array<EventLine>({
     {1, 10, "00011001"}, {1, 11, "00011000"}, {1, 12, "00010111"}, {1, 13, "00010110"}, {1, 14, "000011001"},
     {1, 15, "000010101"}, {1, 16, "000010110"}, {1, 17, "000011000"}, {1, 18, "000010111"}, {1, 19, "00000000100"},
     {1, 20, "00000000101"}, {1, 21, "000001011000"}, {1, 22, "000001011001"}, {1, 23, "000001011010"}});
+// clang-format on
 inline constexpr auto advIntraCodes = eventCodes<advIntraLines>();
 static_assert(advIntraCodes.size() == 102 && isPrefixFree(advIntraCodes));
 
@@ -44,32 +46,17 @@ constexpr u32 packedRow(const EventCode& code) {
 
 using Tables = EventTables<u32>;
 
-// The rows of the escape, which would follow those of the low table, are left out: it is looked for first.
-template <const auto& Codes> constexpr auto highTable() {
-  return windowTable<u32, 112>(Codes, Tables::firstHigh, Tables::highShift, packedRow);
-}
-template <const auto& Codes> constexpr auto middleTable() {
-  return windowTable<u32, 96>(Codes, Tables::firstMiddle, Tables::middleShift, packedRow);
-}
-template <const auto& Codes> constexpr auto lowTable() {
-  return windowTable<u32, firstEscapeWindow - firstWindow>(Codes, firstWindow, 0, packedRow);
-}
-
-inline constexpr auto h263_coefTab0 = highTable<tcoefCodes>();
-inline constexpr auto h263_coefTab1 = middleTable<tcoefCodes>();
-inline constexpr auto h263_coefTab2 = lowTable<tcoefCodes>();
-inline constexpr auto h263_advCoefTab0 = highTable<advIntraCodes>();
-inline constexpr auto h263_advCoefTab1 = middleTable<advIntraCodes>();
-inline constexpr auto h263_advCoefTab2 = lowTable<advIntraCodes>();
+// The escape is looked for first: it has no rows.
+inline constexpr auto h263_coefTab0 = highTable<tcoefCodes, packedRow>();
+inline constexpr auto h263_coefTab1 = middleTable<tcoefCodes, packedRow>();
+inline constexpr auto h263_coefTab2 = lowTable<tcoefCodes, packedRow>();
+inline constexpr auto h263_advCoefTab0 = highTable<advIntraCodes, packedRow>();
+inline constexpr auto h263_advCoefTab1 = middleTable<advIntraCodes, packedRow>();
+inline constexpr auto h263_advCoefTab2 = lowTable<advIntraCodes, packedRow>();
 
 inline constexpr Tables coefTables = {h263_coefTab0.data(), h263_coefTab1.data(), h263_coefTab2.data()};
 inline constexpr Tables advCoefTables = {h263_advCoefTab0.data(), h263_advCoefTab1.data(), h263_advCoefTab2.data()};
 
-template <std::size_t Rows> constexpr bool hasNoEmptyRow(const std::array<u32, Rows>& table) {
-  for (u32 row : table)
-    if (row == 0) return false;
-  return true;
-}
 static_assert(hasNoEmptyRow(h263_coefTab0) && hasNoEmptyRow(h263_coefTab1) && hasNoEmptyRow(h263_coefTab2));
 static_assert(hasNoEmptyRow(h263_advCoefTab0) && hasNoEmptyRow(h263_advCoefTab1) && hasNoEmptyRow(h263_advCoefTab2));
 static_assert(h263_coefTab2.size() == 88 && h263_advCoefTab2.size() == 88);

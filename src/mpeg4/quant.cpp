@@ -44,27 +44,12 @@ template <class Context> zvpStatus init(const u8* matrix, void* pSpec, s32 bitsP
   return zvpStatusOk;
 }
 
-template <class Context> ZVP_INLINE zvpStatus check(const Context& context, u32 magic, s32 QP) {
-  if (context.magic != magic) return zvpStatusBadContext;
-  if (QP < 1 || QP > largestQuantizer(context.bitsPerPixel)) return zvpStatusBadQuantizer;
-  return zvpStatusOk;
-}
-
 // (|x| + d / 2) / d with the sign of x, at most 2047; 0 below half a step.
 ZVP_INLINE s16 quantizeDc(s32 x, s32 d) {
   const s32 magnitude = x < 0 ? -x : x;
   if (magnitude < (d + 1) >> 1) return 0;
   const s32 y = clip((magnitude + (d >> 1)) / d, 0, 2047);
   return s16(x < 0 ? -y : y);
-}
-
-// Mismatch control, 7.4.4.1: makes the sum of the results odd.
-ZVP_INLINE void controlMismatch(s16* coef, bool sumIsOdd) {
-  if (!sumIsOdd) storeAs(coef + 63, s16(loadAs<s16>(coef + 63) ^ 1));
-}
-
-ZVP_INLINE const ClipRow& boundsOf(const InverseQuant& context) {
-  return _p_QuantInvClip[std::size_t(context.bitsPerPixel - minBitsPerPixel)];
 }
 
 }  // namespace

@@ -67,8 +67,10 @@ std::string h263WriteCoeffs(const EventCode& code, const std::int16_t* coefficie
       return;
     }
     bits += "0000011" + bitsOf(last, 1) + bitsOf(run, 6);
-    if (modQuant && magnitude >= 128) bits += "10000000" + bitsOf(value, 5) + bitsOf(value >> 5, 6);
-    else bits += bitsOf(value, 8);
+    if (modQuant && magnitude >= 128)
+      bits += "10000000" + bitsOf(value, 5) + bitsOf(value >> 5, 6);
+    else
+      bits += bitsOf(value, 8);
   };
   int events = 0, run = 0, magnitude = 0, value = 0;
   bool any = false;

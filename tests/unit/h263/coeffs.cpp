@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "h263/coeffs_tables.h"
 #include "support/byte_stream.h"
 #include "support/compare.h"
 #include "support/event_tables.h"
+#include "support/levels.h"
 #include "support/placed.h"
 
 using namespace zvptest;
@@ -34,9 +37,6 @@ struct Mode {
   }
   int value(int level) const { return recon() ? reference::h263Dequantize(level, QP, adv(), modQuant != 0) : level; }
 };
-
-int anyFlag(Rng& rng) { return rng.pick<int>({0, 0, 1, 256, -1, 1 << 30}); }
-int anyScan(Rng& rng) { return rng.pick<int>({0, 1, 2, 0, 1, 2, 3, 5, -1, 256}); }
 
 Mode anyMode(Rng& rng) {
   Mode mode = {};
@@ -72,8 +72,8 @@ struct Expected {
   std::size_t position;  // of the cursor afterwards
   std::size_t end;       // of the bits that count as consumed
 };
-Expected expectedRead(const Mode& mode, const std::string& bits, std::size_t start,
-                      const std::vector<int16_t>& before, bool coded) {
+Expected expectedRead(const Mode& mode, const std::string& bits, std::size_t start, const std::vector<int16_t>& before,
+                      bool coded) {
   std::size_t events = start;
   int dc = before[0];
   if (mode.leadingDc()) {
@@ -87,9 +87,9 @@ Expected expectedRead(const Mode& mode, const std::string& bits, std::size_t sta
       return result;
     }
   }
-  const BlockResult block = reference::h263ReadCoeffs(
-      h263Code(mode.adv()), bits.substr(std::min(events, bits.size())), mode.modQuant != 0, mode.first(),
-      mode.scanTable(), [&](int level) { return mode.value(level); });
+  const BlockResult block =
+      reference::h263ReadCoeffs(h263Code(mode.adv()), bits.substr(std::min(events, bits.size())), mode.modQuant != 0,
+                                mode.first(), mode.scanTable(), [&](int level) { return mode.value(level); });
   Expected result = {block.status,
                      {block.coefficients.begin(), block.coefficients.end()},
                      block.indexLastNonZero,
@@ -113,26 +113,6 @@ void checkRead(const Mode& mode, const std::string& bits, std::size_t start, Rng
   ASSERT_TRUE(sameArray(coefficients.values().data(), expected.coefficients.data(), 64));
   ASSERT_EQ(index, expected.index);
   ASSERT_EQ(stream.position(), expected.position);
-}
-
-struct WrittenEvent {
-  int run, level;
-};
-// A block of events that fits, levels and runs small or large.
-std::vector<WrittenEvent> anyEvents(Rng& rng, int first, bool modQuant) {
-  std::vector<WrittenEvent> events;
-  const int largest = rng.pick<int>({1, 2, 5, 15, 40, 127, modQuant ? 1023 : 127});
-  const int longest = rng.pick<int>({0, 1, 3, 10, 63});
-  const int wanted = rng.chance(10) ? 64 : rng.range(1, 20);
-  for (int position = first; int(events.size()) < wanted;) {
-    const int run = rng.range(0, longest);
-    if (position + run > 63) break;
-    const int magnitude = rng.range(1, largest);
-    events.push_back({run, rng.chance(2) ? magnitude : -magnitude});
-    position += run + 1;
-  }
-  if (events.empty()) events.push_back({0, 1});
-  return events;
 }
 
 }  // namespace
@@ -175,7 +155,7 @@ TEST(H263Read, BlocksWrittenFromTheTablesComeBack) {
   Rng rng(61);
   for (int round = 0; round < rounds(8000); ++round) {
     const Mode mode = anyMode(rng);
-    const std::vector<WrittenEvent> events = anyEvents(rng, mode.first(), mode.modQuant != 0);
+    const std::vector<WrittenEvent> events = anyEvents(rng, mode.first(), mode.modQuant ? 1023 : 127);
     const std::size_t start = std::size_t(rng.range(0, 15));
     std::string bits = randomBits(rng, int(start));
     std::vector<int16_t> expected(64, 0);
@@ -190,8 +170,10 @@ TEST(H263Read, BlocksWrittenFromTheTablesComeBack) {
       const int last = i + 1 == events.size();
       const std::string* word = h263Code(mode.adv()).word(last, events[i].run, std::abs(events[i].level));
       // Any level may come in an escape; Annex T's longer one holds small levels too, and its 0.
-      if (word && !rng.chance(6)) bits += *word + (events[i].level < 0 ? '1' : '0');
-      else bits += reference::h263Escape(last, events[i].run, events[i].level, mode.modQuant != 0);
+      if (word && !rng.chance(6))
+        bits += *word + (events[i].level < 0 ? '1' : '0');
+      else
+        bits += reference::h263Escape(last, events[i].run, events[i].level, mode.modQuant != 0);
       position += events[i].run + 1;
       expected[std::size_t(mode.scanTable()[std::size_t(position)])] = int16_t(mode.value(events[i].level));
     }
@@ -357,18 +339,6 @@ zvpStatus callWriter(const WriteMode& mode, const int16_t* coefficients, uint8_t
   return mode.intra ? zvpiEncodeCoeffsIntra_H263_16s1u(coefficients, byte, offset, count, mode.advIntra, mode.modQuant,
                                                        mode.scan)
                     : zvpiEncodeCoeffsInter_H263_16s1u(coefficients, byte, offset, count, mode.modQuant, mode.scan);
-}
-
-std::vector<int16_t> anyBlock(Rng& rng, int largest) {
-  std::vector<int16_t> block(64, 0);
-  const int oneIn = rng.pick<int>({1, 2, 4, 10, 30});
-  for (auto& value : block)
-    if (rng.chance(oneIn)) value = int16_t(rng.range(-largest, largest));
-  return block;
-}
-
-int countNonZero(const std::vector<int16_t>& block, int first) {
-  return int(std::count_if(block.begin() + first, block.end(), [](int16_t value) { return value != 0; }));
 }
 
 }  // namespace
