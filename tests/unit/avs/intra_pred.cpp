@@ -53,7 +53,7 @@ TEST(AvsIntraPrediction, MatchesTheModels) {
     for (const Named& predictor : predictors) {
       const int availability = rng.next() & 0x77;
       const auto margin = reach(predictor.model, availability);
-      GuardedPlane<uint8_t> picture(8, 8, rng.step(8 + margin.left + margin.right, true), rng.guard(), margin);
+      GuardedPlane<uint8_t> picture{8, 8, rng.step(8 + margin.left + margin.right, true), rng.guard(), margin};
       fill(picture, rng, anyStyle(rng), 0, 255);
       std::vector<uint8_t> expected = picture.snapshot();
       const bool written = reference::avsPredict(

@@ -48,8 +48,8 @@ void runRandom(bool packed, std::uint64_t seed) {
     const zvpDenoiseCASTParams params = anyParams(rng);
     const std::ptrdiff_t step = rng.step(rowBytes, true);
     Plane current(rowBytes, size.height, step, rng.guard()), previous(rowBytes, size.height, step, rng.guard());
-    Plane edges(rowBytes, size.height, rng.step(rowBytes, true), rng.guard());
-    Plane dst(rowBytes, size.height, rng.step(rowBytes, true), rng.guard());
+    Plane edges{rowBytes, size.height, rng.step(rowBytes, true), rng.guard()};
+    Plane dst{rowBytes, size.height, rng.step(rowBytes, true), rng.guard()};
     fill(current, rng, anyStyle(rng), 0, 255);
     fill(previous, rng, Style::Uniform, 0, 255);
     fill(edges, rng, anyStyle(rng), 0, 30);

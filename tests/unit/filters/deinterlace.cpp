@@ -204,8 +204,9 @@ TEST(DeinterlaceBlendState, MatchesTheModel) {
   Rng rng(14);
   for (int round = 0; round < rounds(4000); ++round) {
     const double scale = rng.pick<double>({1.0, 4.0, 300.0, 40000.0});
-    expectBlendState(rng.range(0, 255), rng.range(1, 255), rng.range(-1000, 1000) / 1000.0 * scale,
-                     rng.range(-1000, 1000) / 1000.0 * scale);
+    const int threshold1 = rng.range(0, 255), threshold2 = rng.range(1, 255);
+    const double weight1 = rng.range(-1000, 1000) / 1000.0 * scale, weight2 = rng.range(-1000, 1000) / 1000.0 * scale;
+    expectBlendState(threshold1, threshold2, weight1, weight2);
     if (HasFatalFailure()) return;
   }
   EXPECT_EQ(Allocations::live(), before);

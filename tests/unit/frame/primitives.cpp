@@ -86,8 +86,8 @@ TEST(Primitives, RowsAndRunsOfAllLengths) {
   Rng rng(1);
   for (int round = 0; round < rounds(400); ++round) {
     const int width = rng.range(1, 70), height = rng.range(1, 9);
-    GuardedPlane<u8> src(width, height, rng.step(width, true), rng.guard());
-    GuardedPlane<u8> dst(width, height, rng.step(width, true), rng.guard());
+    GuardedPlane<u8> src{width, height, rng.step(width, true), rng.guard()};
+    GuardedPlane<u8> dst{width, height, rng.step(width, true), rng.guard()};
     fill(src, rng, Style::Uniform, 0, 255);
     fill(dst, rng, Style::Uniform, 0, 255);
     auto expected = dst.snapshot();
@@ -141,9 +141,9 @@ TEST(Lowpass, MatchesTheModelAndItsReach) {
   for (int round = 0; round < rounds(300); ++round) {
     const int window = rng.chance(2) ? 3 : 5, border = window / 2;
     const int width = rng.range(1, 40), height = rng.range(1, 12);
-    GuardedPlane<u8> src(width, height, rng.step(width + 2 * border, false), rng.guard(),
-                         {border, border, border, border});
-    GuardedPlane<u8> dst(width, height, rng.step(width, false), rng.guard());
+    GuardedPlane<u8> src{width, height, rng.step(width + 2 * border, false), rng.guard(),
+                         {border, border, border, border}};
+    GuardedPlane<u8> dst{width, height, rng.step(width, false), rng.guard()};
     fill(src, rng, anyStyle(rng), 0, 255);
     fill(dst, rng, Style::Uniform, 0, 255);
     std::vector<u8> expected = dst.snapshot();

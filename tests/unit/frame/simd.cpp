@@ -494,7 +494,7 @@ template <int W, int N> void expectRows() {
   constexpr int rows = N / W;
   Rng rng(10 + W);
   for (int round = 0; round < rounds(60); ++round) {
-    GuardedPlane<u8> plane(W, rows, rng.step(W, true), rng.guard());
+    GuardedPlane<u8> plane{W, rows, rng.step(W, true), rng.guard()};
     fill(plane, rng, zvptest::Style::Uniform, 0, 255);
     const auto loaded = array(loadRows<W, N>(plane.data(), plane.step()));
     for (int i = 0; i < N; ++i) ASSERT_EQ(loaded[std::size_t(i)], plane.get(i % W, i / W)) << W << " of " << N;

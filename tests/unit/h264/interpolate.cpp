@@ -332,8 +332,8 @@ TEST(InterpolateChroma16u, MatchesTheModelAndReadsTheNextColumnAndRow) {
     const int dx = rng.chance(3) ? 0 : rng.range(0, 7), dy = rng.chance(3) ? 0 : rng.range(0, 7);
     const int width = rng.pick(lengths), height = rng.pick(lengths), high = rng.chance(2) ? 65535 : 1023;
     const auto step = [&](int samples) { return 2 * std::max<std::ptrdiff_t>(8, rng.step(samples, false)); };
-    GuardedPlane<uint16_t> src(width, height, step(width + 1), rng.guard(), {0, 1, 0, 1});
-    GuardedPlane<uint16_t> dst(width, height, step(width), rng.guard());
+    GuardedPlane<uint16_t> src{width, height, step(width + 1), rng.guard(), {0, 1, 0, 1}};
+    GuardedPlane<uint16_t> dst{width, height, step(width), rng.guard()};
     fill(src, rng, anyStyle(rng), 0, high);
     fill(dst, rng, Style::Uniform, 0, 65535);
     Expected<uint16_t> expected(dst);

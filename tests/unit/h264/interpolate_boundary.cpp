@@ -68,9 +68,9 @@ void expectEdge(std::uint64_t seed, Edge edge, bool luma, int count) {
     }
     // Exactly the rows that are read: row 0 of the plane is row first of the source.
     const auto minimum = std::ptrdiff_t(sizeof(T)) * std::max(8, size.width + left + right);
-    GuardedPlane<T> src(size.width, last - first + 1, rng.step(minimum, sizeof(T) == 1, sizeof(T)), rng.guard(),
-                        {left, right, 0, 0});
-    GuardedPlane<T> dst(size.width, size.height, rng.step(minimum, sizeof(T) == 1, sizeof(T)), rng.guard());
+    GuardedPlane<T> src{size.width, last - first + 1, rng.step(minimum, sizeof(T) == 1, sizeof(T)), rng.guard(),
+                        {left, right, 0, 0}};
+    GuardedPlane<T> dst{size.width, size.height, rng.step(minimum, sizeof(T) == 1, sizeof(T)), rng.guard()};
     fill(src, rng, anyStyle(rng), 0, high);
     fill(dst, rng, Style::Uniform, 0, high);
     Expected<T> expected(dst);
@@ -178,8 +178,8 @@ TEST(ExpandPlane, MatchesTheModel) {
   for (int round = 0; round < rounds(600); ++round) {
     const int width = rng.range(1, 40), height = 2 * rng.range(1, 12), margin = rng.range(1, 21),
               kind = rng.range(0, 2);
-    GuardedPlane<uint8_t> plane(width, height, rng.step(width + 2 * margin, true), rng.guard(),
-                                {margin, margin, margin, margin});
+    GuardedPlane<uint8_t> plane{width, height, rng.step(width + 2 * margin, true), rng.guard(),
+                                {margin, margin, margin, margin}};
     fill(plane, rng, Style::Uniform, 0, 255);
     Expected<uint8_t> expected(plane);
     model::expandPlane([&](int x, int y) { return plane.get(x, y); },

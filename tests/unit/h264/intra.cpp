@@ -79,8 +79,8 @@ TEST_P(Intra, EveryModeWithEveryNeighbourhood) {
         // on the left and the row above are there only if they may be used.
         const int right = used & topRight ? m.size : 0;
         const bool hasTop = used & (top | corner | topRight), hasLeft = used & (left | corner);
-        GuardedPlane<std::uint8_t> plane(m.size, m.size, rng.step(m.size + hasLeft + right, false), rng.guard(),
-                                         {hasLeft, right, hasTop, 0});
+        GuardedPlane<std::uint8_t> plane{m.size, m.size, rng.step(m.size + hasLeft + right, false), rng.guard(),
+                                         {hasLeft, right, hasTop, 0}};
         fill(plane, rng, anyStyle(rng), 0, 255);
         std::vector<std::uint8_t> expected = plane.snapshot();
         const std::ptrdiff_t origin = plane.data() - plane.bytes().data();

@@ -37,7 +37,7 @@ template <class T>
 zvptest::GuardedPlane<T> randomPlane(zvptest::Rng& rng, int width, int height,
                                      typename zvptest::GuardedPlane<T>::Margin margin, bool negativeStep, int high) {
   const auto rowBytes = std::ptrdiff_t(width + margin.left + margin.right) * std::ptrdiff_t(sizeof(T));
-  zvptest::GuardedPlane<T> plane(width, height, rng.step(rowBytes, negativeStep, sizeof(T)), rng.guard(), margin);
+  zvptest::GuardedPlane<T> plane{width, height, rng.step(rowBytes, negativeStep, sizeof(T)), rng.guard(), margin};
   fill(plane, rng, zvptest::anyStyle(rng), 0, high);
   return plane;
 }

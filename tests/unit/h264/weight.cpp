@@ -57,7 +57,7 @@ void expectMember(Rng& rng, Layout layout, zvpSize size, int high, const Call<T>
   const auto step2 = layout == Layout::OneSourceStep || layout == Layout::OneStepInPlace ? step1 : step();
   GuardedPlane<T> src1(size.width, size.height, step1, rng.guard()), src2(size.width, size.height, step2, rng.guard());
   const bool inPlace = layout == Layout::InPlace || layout == Layout::OneStepInPlace || rng.chance(4);
-  GuardedPlane<T> own(size.width, size.height, inPlace ? step2 : step(), rng.guard());
+  GuardedPlane<T> own{size.width, size.height, inPlace ? step2 : step(), rng.guard()};
   fill(src1, rng, anyStyle(rng), 0, high);
   fill(src2, rng, anyStyle(rng), 0, high);
   fill(own, rng, Style::Uniform, 0, high);
