@@ -19,7 +19,7 @@ file(GLOB_RECURSE ZVP_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/src/
 # row's address into a sum with the one before.
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   set_source_files_properties(src/h264/high_transform.cpp src/h264/intra.cpp src/h264/reconstruct.cpp
-                              src/h264/transform.cpp
+                              src/h264/transform.cpp src/h264/weight.cpp
                               PROPERTIES COMPILE_OPTIONS "-fno-schedule-insns2;-fno-tree-slsr")
 endif()
 

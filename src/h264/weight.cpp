@@ -4,6 +4,7 @@
 
 using namespace zvp;
 using weight::Operands;
+using weight::weighAnyBlock;
 using weight::weighBlock;
 using weight::Weighting;
 
@@ -17,9 +18,10 @@ static_assert(sizeof(WeightBlockRecord) == 56 && offsetof(WeightBlockRecord, pSr
 
 // Steps before the size. They are compared as unsigned, so that a negative step passes: required.
 template <class... Steps>
-zvpStatus checkShape(zvpSize size, Steps... steps) {
+ZVP_INLINE zvpStatus checkShape(zvpSize size, Steps... steps) {
   if (((u32(steps) < u32(size.width)) || ...)) return zvpStatusBadStep;
-  const auto legal = [](s32 n) { return n == 2 || n == 4 || n == 8 || n == 16; };
+  constexpr u32 sizes = 1 << 2 | 1 << 4 | 1 << 8 | 1 << 16;
+  const auto legal = [](s32 n) { return u32(n) <= 16 && (sizes >> n & 1) != 0; };
   return legal(size.width) && legal(size.height) ? zvpStatusOk : zvpStatusBadSize;
 }
 
@@ -43,9 +45,12 @@ bool nullRecord(const WeightBlockRecord* pRecord) {
   return pRecord == nullptr || anyNull(pRecord->pSrc1, pRecord->pSrc2, pRecord->pDst);
 }
 
-zvpStatus twoDirections8u(const Operands<u8>& o, const Weighting& weighting) {
+ZVP_INLINE zvpStatus check8u(const Operands<u8>& o) {
   if (anyNull(o.src1, o.src2, o.dst)) return zvpStatusNullPointer;
-  const zvpStatus status = checkShape({o.width, o.height}, s32(o.src1Step), s32(o.src2Step), s32(o.dstStep));
+  return checkShape({o.width, o.height}, s32(o.src1Step), s32(o.src2Step), s32(o.dstStep));
+}
+ZVP_INLINE zvpStatus twoDirections8u(const Operands<u8>& o, const Weighting& weighting) {
+  const zvpStatus status = check8u(o);
   if (status == zvpStatusOk) weighBlock<true>(o, weighting);
   return status;
 }
@@ -99,8 +104,8 @@ zvpStatus zvpiBiDirWeightBlockImplicit_H264_8u_P3P1R(const u8* pSrc1, const u8* 
                                                      s32 src2Step, s32 dstStep, s32 weight1, s32 weight2,
                                                      zvpSize roiSize) {
   if (anyNull(pSrc1, pSrc2, pDst)) return zvpStatusNullPointer;
-  weighBlock<true>({pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep, roiSize.width, roiSize.height},
-                   implicit(weight1, weight2, 255));
+  weighAnyBlock<true>({pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep, roiSize.width, roiSize.height},
+                      implicit(weight1, weight2, 255));
   return zvpStatusOk;
 }
 
@@ -108,8 +113,10 @@ zvpStatus zvpiBiDirWeightBlockImplicit_H264_8u_P3P1R(const u8* pSrc1, const u8* 
 zvpStatus zvpiWeightedAverage_H264_8u_C1IR(const u8* pSrc, u8* pSrcDst, s32 srcDstStep, s32 weight1, s32 weight2,
                                            s32 logWD, s32 offset, zvpSize roiSize) {
   const s32 rounding = logWD < 1 ? 0 : wrapShl(1, logWD - 1);
-  return twoDirections8u({pSrc, srcDstStep, pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize.width, roiSize.height},
-                         {weight1, weight2, rounding, logWD & 31, offset, 255});
+  const Operands<u8> o = {pSrc, srcDstStep, pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize.width, roiSize.height};
+  const zvpStatus status = check8u(o);
+  if (status == zvpStatusOk) weighAnyBlock<true>(o, {weight1, weight2, rounding, logWD & 31, offset, 255});
+  return status;
 }
 
 zvpStatus zvpiUnidirWeight_H264_16u_IP2P1R(u16* pSrcDst, s32 srcDstStep, s32 logWD, s32 weight, s32 offset,

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "h264/pieces.h"
+#include "opaque.h"
 #include "simd.h"
 
 namespace zvp::weight {
@@ -113,6 +114,62 @@ ZVP_INLINE void weighRows(const Operands<u8>& o, std::ptrdiff_t x, std::ptrdiff_
   storeBlock<W, Rows>(o.dst + y * o.dstStep + x, o.dstStep, packSaturateU8(low, high));
 }
 
+// 2^(16 - shift) in all lanes, by shift; where that is no s16, 0.
+inline constexpr auto shiftFactors = [] {
+  std::array<std::array<s16, registerBytes / 2>, 16> factors{};
+  for (std::size_t shift = 2; shift < 16; ++shift) factors[shift].fill(s16(65536 >> shift));
+  return factors;
+}();
+
+// The narrow sum with the shift as a product: the high half of sum * 2^(16 - shift). One instruction of one step, where
+// a shift by a register takes two. For shifts from 2 to 15.
+template <bool Two, int N>
+struct Scaled {
+  S16<N> weight1, weight2, added, scale;
+  ZVP_INLINE Scaled(const Weighting& w, s64 sumAdded)
+      : weight1(splat<S16<N>>(s16(w.weight1))),
+        weight2(splat<S16<N>>(s16(w.weight2))),
+        added(splat<S16<N>>(s16(sumAdded))),
+        scale(load<S16<N>>(shiftFactors[std::size_t(w.shift)].data())) {}
+  ZVP_INLINE S16<N> operator()(S16<N> s1, [[maybe_unused]] S16<N> s2) const {
+    auto sum = mulLow(s1, weight1) + added;
+    if constexpr (Two) sum = sum + mulLow(s2, weight2);
+    return mulHigh(sum, scale);
+  }
+};
+
+// Blocks of 16, 8 or 4 columns and an even number of rows, two rows a turn.
+template <bool Two, int W>
+ZVP_INLINE void weighEvenRows(const Operands<u8>& o, const Weighting& w, s64 sumAdded) {
+  constexpr int bytes = W == 16 ? registerBytes : 16, N = bytes / 2;
+  const Scaled<Two, N> op(w, sumAdded);
+  const u8 *src1 = o.src1, *src2 = o.src2;
+  u8* dst = o.dst;
+  int y = o.height;
+  do {
+    if constexpr (W == 16) {
+#pragma GCC unroll 2
+      for (int row = 0; row < 2; row += bytes / 16) {
+        const auto s1 = loadRows<16, bytes>(src1 + row * o.src1Step, o.src1Step);
+        const auto s2 = Two ? loadRows<16, bytes>(src2 + row * o.src2Step, o.src2Step) : s1;
+        storeRows<16>(dst + row * o.dstStep, o.dstStep,
+                      packSaturateU8(op(widenLow(s1), widenLow(s2)), op(widenHigh(s1), widenHigh(s2))));
+      }
+    } else if constexpr (W == 8) {
+      const auto a = loadWidened<8>(src1), b = loadWidened<8>(src1 + o.src1Step);
+      const auto c = Two ? loadWidened<8>(src2) : a, d = Two ? loadWidened<8>(src2 + o.src2Step) : b;
+      storeBlock<8, 2>(dst, o.dstStep, packSaturateU8(op(a, c), op(b, d)));
+    } else {
+      const auto a = widenLow(loadBlock<4, 2>(src1, o.src1Step));
+      const auto sum = op(a, Two ? widenLow(loadBlock<4, 2>(src2, o.src2Step)) : a);
+      storeBlock<4, 2>(dst, o.dstStep, packSaturateU8(sum, sum));
+    }
+    src1 += 2 * o.src1Step;
+    src2 += 2 * o.src2Step;
+    dst += 2 * o.dstStep;
+  } while ((y -= 2) != 0);
+}
+
 template <bool Two, class Op>
 ZVP_INLINE void weigh(const Operands<u8>& operands, Op op) {
   const Operands<u8> o = operands;
@@ -177,7 +234,7 @@ void weighSerially(const Operands<T>& o, const Weighting& w) {
 }
 
 template <bool Two>
-void weighBlock(const Operands<u8>& o, const Weighting& w) {
+[[gnu::noinline]] void weighAnyBlock(const Operands<u8>& o, const Weighting& w) {
   if (fit16(w)) {
     // (a >> shift) + offset is (a + (offset << shift)) >> shift.
     const Range sum = sumRange(w, 255);
@@ -191,6 +248,35 @@ void weighBlock(const Operands<u8>& o, const Weighting& w) {
   } else {
     weighSerially(o, w);
   }
+}
+
+// A block whose sizes are legal, by a weighting that rounds to nearest. Shifts from 2 to 15 and sums of 16 bits, which
+// nearly every call has, take the short way.
+template <bool Two>
+ZVP_INLINE void weighBlock(const Operands<u8>& o, const Weighting& w) {
+  if (w.shift >= 2 && w.shift <= 15 && o.width >= 4) [[likely]] {
+    const s64 added = (2 * s64(w.offset) + 1) << (w.shift - 1);
+    // The sum is linear: where it fits for samples of 0 and 255 it does so for all.
+    s64 corner = added + 32768;
+    u64 corners = u64(corner);
+    const auto move = [&](s64 by) {
+      corner = opaque(corner + by);
+      corners = opaque(corners | u64(corner));
+    };
+    move(255 * s64(w.weight1));
+    if constexpr (Two) {
+      move(255 * s64(w.weight2));
+      move(-255 * s64(w.weight1));
+    }
+    if (corners >> 16 == 0) [[likely]] {
+      if (o.width == 16) return weighEvenRows<Two, 16>(o, w, added);
+      if (o.width == 8) return weighEvenRows<Two, 8>(o, w, added);
+      return weighEvenRows<Two, 4>(o, w, added);
+    }
+  }
+  const Operands<u8> operands = o;  // copies in memory for the call, so that what comes before needs none
+  const Weighting weighting = w;
+  weighAnyBlock<Two>(operands, weighting);
 }
 
 template <bool Two>
