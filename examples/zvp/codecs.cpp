@@ -2,6 +2,7 @@
 
 #include "dv/decoder.h"
 #include "h264/decoder.h"
+#include "mpeg2/decoder.h"
 
 namespace zvptool {
 
@@ -9,6 +10,8 @@ const std::vector<Codec>& codecs() {
   static const std::vector<Codec> all = {
       {"H.264", AV_CODEC_ID_H264, "h264", h264::looksLikeStream, h264::makeDecoder},
       {"DV", AV_CODEC_ID_DVVIDEO, "dv", dv::looksLikeStream, dv::makeDecoder, 45},
+      {"MPEG-2", AV_CODEC_ID_MPEG2VIDEO, "mpegvideo", mpeg2::looksLikeMpeg2, mpeg2::makeDecoder, 50},
+      {"MPEG-1", AV_CODEC_ID_MPEG1VIDEO, "mpegvideo", mpeg2::looksLikeMpeg1, mpeg2::makeDecoder, 50},
   };
   return all;
 }

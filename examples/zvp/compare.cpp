@@ -60,7 +60,10 @@ Distance distance(const StoredPicture& ours, const StoredPicture& theirs, std::i
 int compare(const CompareOptions& options) {
   PictureReader reader(options.input);
   const Codec& codec = reader.source().codec();
-  LibavFrames other(options.input, reader.source().elementary() ? codec.streamFormat : nullptr, codec.id);
+  // Of a container libavformat finds the codec out by itself: headers inside may tell more than the container does.
+  const bool elementary = reader.source().elementary();
+  LibavFrames other(options.input, elementary ? codec.streamFormat : nullptr,
+                    elementary ? codec.id : AV_CODEC_ID_NONE);
   std::deque<StoredPicture> queue;
   const video::PictureSink sink = [&](const video::Picture& picture) { queue.emplace_back(picture); };
   Progress progress;

@@ -103,7 +103,7 @@ class ContainerSource final : public Source {
 std::unique_ptr<Source> openSource(const std::string& path) {
   File file(std::fopen(path.c_str(), "rb"));
   if (!file) throw ToolError("cannot open " + path + ": " + std::strerror(errno));
-  std::array<std::uint8_t, 64> beginning;
+  std::array<std::uint8_t, 256> beginning;
   const std::size_t size = std::fread(beginning.data(), 1, beginning.size(), file.get());
   if (size == 0 && std::ferror(file.get())) throw ToolError("cannot read " + path + ": " + std::strerror(errno));
   if (size == 0) throw ToolError(path + " is empty");

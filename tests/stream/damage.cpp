@@ -6,6 +6,7 @@
 #include "dv/decoder.h"
 #include "dv_support.h"
 #include "h264/decoder.h"
+#include "mpeg2/decoder.h"
 #include "random_stream.h"
 #include "stream_support.h"
 #include "support/compare.h"
@@ -27,7 +28,7 @@ constexpr int mutations = 40;
 constexpr int mutations = 40;
 #endif
 
-// Where NAL units begin, at their start codes; the end of the stream comes last.
+// Where units begin, at their start codes; the end of the stream comes last.
 std::vector<std::size_t> nalUnits(const Bytes& stream) {
   std::vector<std::size_t> starts;
   for (std::size_t i = 0; i + 3 < stream.size(); ++i)
@@ -51,6 +52,7 @@ struct Codec {
   std::vector<video::Preview> previews;
 };
 const Codec h264Codec{nalUnits, h264::makeDecoder, 9000, {{}}};
+const Codec mpeg2Codec{nalUnits, mpeg2::makeDecoder, 9000, {{}}};
 const Codec dvCodec{difBlocks, dv::makeDecoder, 200000, {{}, {2, false}, {2, true}, {4, false}, {8, false}}};
 
 Bytes mutate(const Bytes& stream, const Codec& codec, Rng& rng) {
@@ -190,6 +192,27 @@ TEST_P(DamagedDvFormat, EndsInAnErrorOrIsLeftOut) {
 }
 INSTANTIATE_TEST_SUITE_P(Formats, DamagedDvFormat, ::testing::ValuesIn(dvFormats),
                          [](const auto& instance) { return std::string(instance.param.name); });
+
+TEST(DamagedMpeg2, EndsInAnError) {
+  decodeMutations(readFile(sample("mssg_test.m2v")), mpeg2Codec, rounds(mutations), 40000);
+}
+
+class DamagedMpeg2Options : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(DamagedMpeg2Options, EndsInAnError) {
+  ZVP_NEED_PROGRAM("ffmpeg");
+  const TemporaryDirectory scratch;
+  const auto file = scratch / "coded.m2v";
+  const CommandResult result =
+      run(std::string("ffmpeg -y -v error -nostdin -f lavfi -i mandelbrot=size=101x75:rate=25:start_scale=0.4 -vf "
+                      "tinterlace=interleave_top,noise=alls=14:allf=t:all_seed=7 -r 25 -threads 1 -frames:v 6 ") +
+          GetParam() + " " + file.string());
+  ASSERT_EQ(result.exitCode, 0) << result.output;
+  decodeMutations(readFile(file), mpeg2Codec, rounds(mutations), 50000);
+}
+INSTANTIATE_TEST_SUITE_P(Streams, DamagedMpeg2Options,
+                         ::testing::Values("-pix_fmt yuv420p -c:v mpeg1video -g 6 -bf 2 -q:v 4",
+                                           "-pix_fmt yuv422p -c:v mpeg2video -g 6 -bf 2 -q:v 3 -flags +ilme+ildct"));
 
 TEST(DamagedTool, SaysWhere) {
   const TemporaryDirectory scratch;

@@ -27,25 +27,6 @@ constexpr std::size_t sampleFrameBytes = 144000;
 
 std::string zvp(const std::string& arguments) { return std::string(ZVP_TOOL) + " " + arguments; }
 
-StoredPicture pictureOf(const video::Format& format, const Bytes& samples) {
-  StoredPicture picture;
-  picture.format = format;
-  picture.samples = samples;
-  return picture;
-}
-
-// No plane of any picture may be further from what it should be than this many dB.
-void expectAlike(const std::vector<StoredPicture>& actual, const std::vector<Bytes>& expected, double least) {
-  ASSERT_EQ(actual.size(), expected.size());
-  ASSERT_FALSE(actual.empty());
-  for (std::size_t i = 0; i < actual.size(); ++i) {
-    ASSERT_EQ(actual[i].samples.size(), expected[i].size());
-    for (int plane = 0; plane < 3; ++plane)
-      EXPECT_GE(zvptool::psnr(actual[i], pictureOf(actual[i].format, expected[i]), plane), least)
-          << "picture " << i << ", plane " << plane;
-  }
-}
-
 // The means of zoom x zoom samples.
 StoredPicture reduced(const StoredPicture& picture, int zoom) {
   StoredPicture small;

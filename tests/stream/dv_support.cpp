@@ -35,16 +35,7 @@ void makeDv(const DvFormat& format, DvSource source, int frames, const std::file
 
 std::vector<Bytes> decodeDvWithFfmpeg(const std::filesystem::path& file, const TemporaryDirectory& scratch,
                                       std::size_t pictureBytes) {
-  const auto raw = scratch / "ffmpeg.yuv";
-  const CommandResult result = run("ffmpeg -y -v error -nostdin -threads 1 -flags +bitexact -i " + file.string() +
-                                   " -vsync passthrough -f rawvideo " + raw.string());
-  if (result.exitCode != 0) throw std::runtime_error("ffmpeg fails: " + result.output);
-  const Bytes bytes = readFile(raw);
-  if (bytes.size() % pictureBytes != 0) throw std::runtime_error("ffmpeg's pictures have another size");
-  std::vector<Bytes> pictures;
-  for (std::size_t at = 0; at < bytes.size(); at += pictureBytes)
-    pictures.emplace_back(bytes.begin() + std::ptrdiff_t(at), bytes.begin() + std::ptrdiff_t(at + pictureBytes));
-  return pictures;
+  return decodeWithFfmpeg(file, scratch, pictureBytes, "", "");
 }
 
 Decoded decodeDv(std::span<const std::uint8_t> stream, const video::Preview& preview, std::size_t piece) {

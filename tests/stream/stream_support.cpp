@@ -1,5 +1,6 @@
 #include "stream_support.h"
 
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,6 +12,7 @@
 
 #include "common/md5.h"
 #include "h264/decoder.h"
+#include "zvp/psnr.h"
 
 namespace zvptest {
 
@@ -99,18 +101,39 @@ CommandResult run(const std::string& command) {
 }
 
 std::vector<Bytes> decodeWithFfmpeg(const std::filesystem::path& stream, const TemporaryDirectory& scratch,
-                                    std::size_t pictureBytes) {
+                                    std::size_t pictureBytes, const std::string& inputOptions,
+                                    const std::string& outputOptions) {
   const auto raw = scratch / "ffmpeg.yuv";
-  // Strict: the order of output by the standard's buffer model, not by a guess from the first pictures.
-  const CommandResult result = run("ffmpeg -y -v error -nostdin -threads 1 -flags +bitexact -strict strict -f h264 -i " +
-                                   stream.string() + " -vsync passthrough -f rawvideo -vf 'format=yuv420p|yuvj420p' " + raw.string());
+  const CommandResult result =
+      run("ffmpeg -y -v error -nostdin -threads 1 -flags +bitexact " + inputOptions + " -i " + stream.string() +
+          " -vsync passthrough -f rawvideo " + outputOptions + " " + raw.string());
   if (result.exitCode != 0) throw std::runtime_error("ffmpeg fails: " + result.output);
   const Bytes bytes = readFile(raw);
-  if (pictureBytes == 0 || bytes.size() % pictureBytes != 0) throw std::runtime_error("ffmpeg's pictures have another size");
+  if (pictureBytes == 0 || bytes.size() % pictureBytes != 0)
+    throw std::runtime_error("ffmpeg's pictures have another size");
   std::vector<Bytes> pictures;
   for (std::size_t at = 0; at < bytes.size(); at += pictureBytes)
     pictures.emplace_back(bytes.begin() + std::ptrdiff_t(at), bytes.begin() + std::ptrdiff_t(at + pictureBytes));
   return pictures;
+}
+
+std::vector<Bytes> decodeWithFfmpeg(const std::filesystem::path& stream, const TemporaryDirectory& scratch,
+                                    std::size_t pictureBytes) {
+  // Strict: the order of output by the standard's buffer model, not by a guess from the first pictures.
+  return decodeWithFfmpeg(stream, scratch, pictureBytes, "-strict strict -f h264", "-vf 'format=yuv420p|yuvj420p'");
+}
+
+void expectAlike(const std::vector<video::StoredPicture>& actual, const std::vector<Bytes>& expected, double least) {
+  ASSERT_EQ(actual.size(), expected.size());
+  ASSERT_FALSE(actual.empty());
+  for (std::size_t i = 0; i < actual.size(); ++i) {
+    ASSERT_EQ(actual[i].samples.size(), expected[i].size());
+    video::StoredPicture other;
+    other.format = actual[i].format;
+    other.samples = expected[i];
+    for (int plane = 0; plane < 3; ++plane)
+      EXPECT_GE(zvptool::psnr(actual[i], other, plane), least) << "picture " << i << ", plane " << plane;
+  }
 }
 
 std::string firstDifference(const std::vector<video::StoredPicture>& actual, const std::vector<Bytes>& expected) {
@@ -125,8 +148,8 @@ std::string firstDifference(const std::vector<video::StoredPicture>& actual, con
     const std::size_t place = at - std::size_t(a.plane(plane) - a.samples.data());
     const std::size_t width = std::size_t(a.format.planeWidth(plane));
     return "picture " + std::to_string(i) + ", plane " + std::to_string(plane) + ", sample (" +
-           std::to_string(place % width) + ", " + std::to_string(place / width) + ") is " + std::to_string(a.samples[at]) +
-           ", expected " + std::to_string(expected[i][at]);
+           std::to_string(place % width) + ", " + std::to_string(place / width) + ") is " +
+           std::to_string(a.samples[at]) + ", expected " + std::to_string(expected[i][at]);
   }
   if (actual.size() != expected.size())
     return std::to_string(actual.size()) + " pictures, expected " + std::to_string(expected.size());

@@ -46,7 +46,7 @@ class TemporaryDirectory {
 
 bool haveProgram(const std::string& name);
 struct CommandResult {
-  int exitCode = -1;  // 128 and the signal if one ended it
+  int exitCode = -1;   // 128 and the signal if one ended it
   std::string output;  // standard output and standard error
 };
 CommandResult run(const std::string& command);
@@ -54,6 +54,13 @@ CommandResult run(const std::string& command);
 // All pictures as ffmpeg decodes them, I420. The stream is an H.264 elementary stream of pictures of one size.
 std::vector<Bytes> decodeWithFfmpeg(const std::filesystem::path& stream, const TemporaryDirectory& scratch,
                                     std::size_t pictureBytes);
+// The same of any file, with options for ffmpeg's input and output.
+std::vector<Bytes> decodeWithFfmpeg(const std::filesystem::path& file, const TemporaryDirectory& scratch,
+                                    std::size_t pictureBytes, const std::string& inputOptions,
+                                    const std::string& outputOptions);
+
+// No plane of any picture may be further from what it should be than this many dB.
+void expectAlike(const std::vector<video::StoredPicture>& actual, const std::vector<Bytes>& expected, double least);
 
 // Empty if the pictures are equal, else the first difference.
 std::string firstDifference(const std::vector<video::StoredPicture>& actual, const std::vector<Bytes>& expected);
