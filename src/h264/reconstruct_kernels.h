@@ -27,6 +27,12 @@ class FlatScale {
   ZVP_INLINE Block4x4 block(Block4x4 levels) const { return scaled(levels, {scales_, scales_}); }
   ZVP_INLINE Block4x4 lumaDc(Block4x4 levels) const { return dequantizedLumaDc(levels, s32(qp_)); }
   ZVP_INLINE s16 chromaDc(s16 sum) const { return s16((sum * InvQuantTable[qp_][0]) >> 1); }
+  // The same for both planes at once.
+  ZVP_INLINE simd::S16<8> chromaDc(simd::S16<8> sums) const {
+    using namespace simd;
+    const auto scale = shuffle32<0>(shuffleLow16<0>(scales_));
+    return as<S16<8>>(shiftRight<1>(as<U16<8>>(mulLow(sums, scale)))) | shiftLeft<15>(mulHigh(sums, scale));
+  }
 
  private:
   u32 qp_;
@@ -286,16 +292,36 @@ ZVP_INLINE void transformChromaDc(const Scale& scale, s16* dc) {
   }
 }
 
+// Those of both planes, one behind the other.
+ZVP_INLINE void transformChromaDc(const FlatScale& scale, s16* dcs) {
+  using namespace simd;
+  // Columns first: the sums and differences of c0 c1 and c2 c3. Then of the two in each of these.
+  const auto c = load<S16<8>>(dcs), other = shuffle32<0xb1>(c);
+  const auto columns = shuffle32<0xd8>(evenLanes32(c + other, c - other));
+  constexpr std::array<s16, 8> odd = {0, -1, 0, -1, 0, -1, 0, -1};
+  const auto left = shuffleHigh16<0xa0>(shuffleLow16<0xa0>(columns));
+  const auto right = shuffleHigh16<0xf5>(shuffleLow16<0xf5>(columns)) ^ lanes(odd);
+  store(dcs, scale.chromaDc(left + right - lanes(odd)));
+}
+
 // Adds both planes. In the cursor the DC blocks come first, then the blocks of U, then those of V.
 template <class Scale>
 ZVP_INLINE s16* addChroma(const Scale (&scales)[2], s16* cursor, u8* u, u8* v, std::ptrdiff_t step, u32 cbp) {
   const u8* dc[2] = {zeroArray.data(), zeroArray.data()};
-  for (std::size_t plane = 0; plane < 2; ++plane)
-    if ((cbp >> (17 + plane) & 1) != 0) {
-      s16* const block = take(cursor, 4);
-      transformChromaDc(scales[plane], block);
-      dc[plane] = reinterpret_cast<const u8*>(block);
-    }
+  if (std::is_same_v<Scale, FlatScale> && (cbp >> 17 & 3) == 3) {
+    s16* const blocks = take(cursor, 8);
+    if constexpr (std::is_same_v<Scale, FlatScale>) transformChromaDc(scales[0], blocks);
+    dc[0] = reinterpret_cast<const u8*>(blocks);
+    dc[1] = dc[0] + 8;
+  } else {
+    for (std::size_t plane = 0; plane < 2; ++plane)
+      if ((cbp >> (17 + plane) & 1) != 0) {
+        s16* const block = take(cursor, 4);
+        transformChromaDc<Scale>(scales[plane], block);
+        dc[plane] = reinterpret_cast<const u8*>(block);
+      }
+  }
+#pragma GCC unroll 2
   for (std::size_t plane = 0; plane < 2; ++plane) {
     u8* const samples = plane == 0 ? u : v;
     addCodedAndDc(scales[plane], cbp >> (19 + 4 * plane), dc[plane], cursor, samples, step);

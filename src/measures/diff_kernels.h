@@ -44,7 +44,7 @@ inline zvpStatus ownvc_Sub4x4_8u16s_C1R(const u8* a, std::ptrdiff_t aStep, const
   };
   const auto rows01 = rows(a, aStep) - rows(b, bStep);
   const auto rows23 = rows(a + 2 * aStep, aStep) - rows(b + 2 * bStep, bStep);
-  if (dstStep == 8) {
+  if (dstStep == 8) [[likely]] {
     store(dst, rows01);
     store(dst + 16, rows23);
   } else {
