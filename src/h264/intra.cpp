@@ -12,7 +12,7 @@ ZVP_INLINE zvpStatus predict(u8* pSrcDst, s32 srcDstStep, u32 mode, s32 availabi
   if (pSrcDst == nullptr) return zvpStatusNullPointer;
   if (srcDstStep < Width) return zvpStatusBadStep;
   if (mode >= Modes) return zvpStatusOutOfRange;
-  return kernels[mode](pSrcDst, srcDstStep, u32(availabilityFlags));
+  return kernels[mode](pSrcDst, srcDstStep, mode, u32(availabilityFlags));
 }
 
 }  // namespace

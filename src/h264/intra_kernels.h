@@ -143,9 +143,7 @@ ZVP_INLINE U8<16> filtered(U8<16> a, U8<16> b, U8<16> c) {
 // Bytes From to From + N - 1 of the register as a row.
 template <int N, int From>
 ZVP_INLINE void storeRow(u8* p, U8<16> v) {
-  if constexpr (N == 4 && From <= 4)
-    storeAs(p, u32(low64(v) >> (8 * From)));
-  else if constexpr (From == 0)
+  if constexpr (From == 0)
     simd::storeBytes<N>(p, v);
   else
     simd::storeBytes<N>(p, simd::shiftBytesDown<From>(v));
@@ -160,11 +158,13 @@ ZVP_INLINE void storeRepeated(u8* p, u32 byte) {
     for (int x = 0; x < N; x += 8) storeAs(p + x, eight);
   }
 }
-// Rows of four bytes, windows of the low eight: each begins a byte behind the one before.
-template <class... Rows>
-ZVP_INLINE void storeWindows(U8<16> v, Rows... rows) {
+// Rows of four bytes, windows of the low eight: each begins By bytes behind the one before. What is behind the last one
+// is returned.
+template <int By = 1, class... Rows>
+ZVP_INLINE simd::U64<2> storeWindows(U8<16> v, Rows... rows) {
   auto window = simd::as<simd::U64<2>>(v);
-  ((simd::storeBytes<4>(rows, window), window = simd::shiftRight<8>(window)), ...);
+  ((simd::storeBytes<4>(rows, window), window = simd::shiftRight<8 * By>(window)), ...);
+  return window;
 }
 
 // The sum of the eight low bytes, and of Count bytes to the left of the block.
@@ -191,7 +191,7 @@ ZVP_INLINE void storeAllRows(const Rows<N>& rows, u32 byte) {
 }
 
 template <int N>
-[[gnu::flatten]] zvpStatus vertical(u8* p, std::ptrdiff_t step, u32 available) {
+[[gnu::flatten]] zvpStatus vertical(u8* p, std::ptrdiff_t step, u32, u32 available) {
   if ((available & intraTop) == 0) [[unlikely]]
     return zvpStatusPredictionUnavailable;
   const Rows<N> rows(p, step);
@@ -199,10 +199,23 @@ template <int N>
   return zvpStatusOk;
 }
 template <int N>
-[[gnu::flatten]] zvpStatus horizontal(u8* p, std::ptrdiff_t step, u32 available) {
+[[gnu::flatten]] zvpStatus horizontal(u8* p, std::ptrdiff_t step, u32, u32 available) {
   if ((available & intraLeft) == 0) [[unlikely]]
     return zvpStatusPredictionUnavailable;
-  forEachRow(Rows<N>(p, step), [&](u8* row, auto) { storeRepeated<N>(row, row[-1]); });
+  const Rows<N> rows(p, step);
+  if constexpr (N == 16) {
+    // By turns two rows by one multiplication and by one each: the former take shuffles, the latter more stores.
+    forEach<N / 4>([&](auto i) {
+      const u64 two = (rows[4 * i][-1] | u64(rows[4 * i + 1][-1]) << 32) * 0x01010101;
+      const auto both = simd::as<simd::U32<4>>(vectorOf(two));
+      simd::store(rows[4 * i], simd::shuffle32<0>(both));
+      simd::store(rows[4 * i + 1], simd::shuffle32<0x55>(both));
+      storeRepeated<N>(rows[4 * i + 2], rows[4 * i + 2][-1]);
+      storeRepeated<N>(rows[4 * i + 3], rows[4 * i + 3][-1]);
+    });
+  } else {
+    forEachRow(rows, [&](u8* row, auto) { storeRepeated<N>(row, row[-1]); });
+  }
   return zvpStatusOk;
 }
 
@@ -215,15 +228,15 @@ ZVP_INLINE u32 meanOf(u32 sumTop, u32 sumLeft, u32 available) {
 }
 
 // A DC kernel made twice: for both sides there, which is nearly always, and out of its way for anything else.
-using Kernel = zvpStatus (*)(u8*, std::ptrdiff_t, u32);
-template <Kernel Dc>
+using DcKernel = zvpStatus (*)(u8*, std::ptrdiff_t, u32);
+template <DcKernel Dc>
 [[gnu::flatten, gnu::noinline]] zvpStatus withSomeSides(u8* p, std::ptrdiff_t step, u32 available) {
   return Dc(p, step, available);
 }
-template <Kernel Dc>
-[[gnu::flatten]] zvpStatus withSides(u8* p, std::ptrdiff_t step, u32 available) {
+template <DcKernel Dc>
+[[gnu::flatten]] zvpStatus withSides(u8* p, std::ptrdiff_t step, u32, u32 available) {
   constexpr u32 both = intraTop | intraLeft;
-  if ((available & both) != both) [[unlikely]]
+  if ((~available & both) != 0) [[unlikely]]
     return withSomeSides<Dc>(p, step, available);
   return Dc(p, step, both);
 }
@@ -318,16 +331,19 @@ ZVP_INLINE void horizontalDown(const Rows<N>& rows, const Edge<N>& edge) {
   const Views e = around(edge);
   const U8<16> g = average(e.first, e.second), f = filtered(e.first, e.second, e.third);
   const U8<16> side = interleaveLow(g, f);  // means and triples of the left side in turn; behind them the triples above
-  const U8<16> behind = shiftBytesDown<N>(f);
-  forEachRow(rows, [&](u8* row, auto y) {
-    constexpr int from = 2 * (N - 1 - y);
-    if constexpr (N == 4 && from > 4)
-      storeAs(row, u32(low64(side) >> 48 | low64(behind) << 16));
-    else if constexpr (from > 8)
-      storeBytes<N>(row, concatShift<from>(side, behind));
-    else
-      storeRow<N, from>(row, side);
-  });
+  if constexpr (N == 4) {
+    const auto last = storeWindows<2>(side, rows[3], rows[2], rows[1]);
+    storeBytes<4>(rows[0], last | shiftLeft<16>(shiftRight<32>(as<U64<2>>(f))));
+  } else {
+    const U8<16> behind = shiftBytesDown<N>(f);
+    forEachRow(rows, [&](u8* row, auto y) {
+      constexpr int from = 2 * (N - 1 - y);
+      if constexpr (from > 8)
+        storeBytes<N>(row, concatShift<from>(side, behind));
+      else
+        storeRow<N, from>(row, side);
+    });
+  }
 }
 
 template <int N>
@@ -345,19 +361,22 @@ ZVP_INLINE void verticalLeft(const Rows<N>& rows, const Edge<N>& edge) {
 template <int N>
 ZVP_INLINE void horizontalUp(const Rows<N>& rows, const Edge<N>& edge) {
   using namespace simd;
-  const u64 last = repeated(edge.left >> (8 * N - 8));
+  const u64 last = N == 4 ? u32(edge.left >> 24) * 0x01010101 : repeated(edge.left >> (8 * N - 8));
   const U8<16> all = N == 4 ? vectorOf(edge.left | last << 32) : vectorOf(edge.left, last);
   const U8<16> second = shiftBytesDown<1>(all), third = shiftBytesDown<2>(all);
   const U8<16> side = interleaveLow(average(all, second), filtered(all, second, third));
-  forEachRow(rows, [&](u8* row, auto y) {
-    constexpr int from = 2 * y;
-    if constexpr (N == 4 && from > 4)
-      storeAs(row, u32(last));
-    else if constexpr (from > 8)
-      storeBytes<N>(row, concatShift<from>(side, vectorOf(last)));
-    else
-      storeRow<N, from>(row, side);
-  });
+  if constexpr (N == 4) {
+    storeWindows<2>(side, rows[0], rows[1], rows[2]);
+    storeAs(rows[3], u32(last));
+  } else {
+    forEachRow(rows, [&](u8* row, auto y) {
+      constexpr int from = 2 * y;
+      if constexpr (from > 8)
+        storeBytes<N>(row, concatShift<from>(side, vectorOf(last)));
+      else
+        storeRow<N, from>(row, side);
+    });
+  }
 }
 
 template <u32 Mode, int N>
@@ -427,18 +446,18 @@ ZVP_INLINE zvpStatus dc4x4(u8* p, std::ptrdiff_t step, u32 available) {
 
 // Predicts the block. A neighbour that the mode needs and that is not there counts as 128, and the status tells.
 template <u32 Mode>
-[[gnu::flatten]] zvpStatus predict4x4(u8* p, std::ptrdiff_t step, u32 available) {
+[[gnu::flatten]] zvpStatus predict4x4(u8* p, std::ptrdiff_t step, u32, u32 available) {
   constexpr u32 needs = intraNeeds4x4[Mode];
   if constexpr (Mode == intraDc) {
-    return withSides<dc4x4>(p, step, available);
+    return withSides<dc4x4>(p, step, Mode, available);
   } else {
     if ((needs & ~available) != 0) [[unlikely]]
       return predictWithout<Mode>(p, step, available);
     const Rows<4> rows(p, step);
     if constexpr (Mode == intraVertical)
-      vertical<4>(p, step, available);
+      vertical<4>(p, step, Mode, available);
     else if constexpr (Mode == intraHorizontal)
-      horizontal<4>(p, step, available);
+      horizontal<4>(p, step, Mode, available);
     else
       directional<Mode>(rows, edge4x4<Mode>(rows, needs | (available & intraTopRight)));
   }
@@ -477,7 +496,7 @@ ZVP_INLINE Edge<8> filteredEdge(const Rows<8>& rows, u32 available) {
 }
 
 template <u32 Mode>
-[[gnu::flatten]] zvpStatus predict8x8(u8* p, std::ptrdiff_t step, u32 available) {
+[[gnu::flatten]] zvpStatus predict8x8(u8* p, std::ptrdiff_t step, u32, u32 available) {
   if ((intraNeeds4x4[Mode] & ~available) != 0) [[unlikely]]
     return zvpStatusPredictionUnavailable;
   const Rows<8> rows(p, step);
@@ -542,7 +561,7 @@ ZVP_INLINE zvpStatus dcChroma8x8(u8* p, std::ptrdiff_t step, u32 available) {
 
 // A plane through the edges. Every sum fits 16 bits: at most 16 * 510 + 16 * 717 + 16.
 template <int N>
-[[gnu::flatten]] zvpStatus plane(u8* p, std::ptrdiff_t step, u32 available) {
+[[gnu::flatten]] zvpStatus plane(u8* p, std::ptrdiff_t step, u32, u32 available) {
   if ((~available & (intraTop | intraLeft | intraCorner)) != 0) [[unlikely]]
     return zvpStatusPredictionUnavailable;
   using namespace simd;
@@ -605,7 +624,8 @@ template <int N>
 
 }  // namespace intra
 
-using PredictIntraFn = intra::Kernel;
+// The mode that a kernel is made for comes along, so that an entry hands its arguments on where they are.
+using PredictIntraFn = zvpStatus (*)(u8* p, std::ptrdiff_t step, u32 mode, u32 available);
 
 // By mode. The 4x4 and 8x8 tables as in IntraMode4x4.
 inline constexpr PredictIntraFn predictIntra4x4[intraModes4x4] = {

@@ -72,15 +72,15 @@ zvpStatus intraByList(s16** ppSrcCoeff, u8* pSrcDst, s32 srcDstStep, const s32* 
 // The prediction of an Intra16x16 macroblock, in place.
 ZVP_INLINE zvpStatus predict16x16(u8* pSrcDst, s32 srcDstStep, u32 mode, u32 edgeFlags) {
   if (mode >= intraModes16x16) return zvpStatusOutOfRange;
-  return predictIntra16x16[mode](pSrcDst, srcDstStep, neighboursOf(edgeFlags));
+  return predictIntra16x16[mode](pSrcDst, srcDstStep, mode, neighboursOf(edgeFlags));
 }
 
 // That of chroma, both planes: they have the same neighbours, so that the second is not refused if the first was not.
 ZVP_INLINE zvpStatus predictChroma(u8* pSrcDstU, u8* pSrcDstV, s32 srcDstStep, u32 mode, u32 edgeFlags) {
   if (mode >= intraModesChroma) return zvpStatusOutOfRange;
-  const zvpStatus status = predictIntraChroma8x8[mode](pSrcDstU, srcDstStep, neighboursOf(edgeFlags));
+  const zvpStatus status = predictIntraChroma8x8[mode](pSrcDstU, srcDstStep, mode, neighboursOf(edgeFlags));
   if (status != zvpStatusOk) return status;
-  return predictIntraChroma8x8[mode](pSrcDstV, srcDstStep, neighboursOf(edgeFlags));
+  return predictIntraChroma8x8[mode](pSrcDstV, srcDstStep, mode, neighboursOf(edgeFlags));
 }
 
 // The same with the left column told for each half.

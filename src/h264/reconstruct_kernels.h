@@ -236,7 +236,7 @@ ZVP_INLINE zvpStatus reconstructIntra4x4(const Scale& scale, s16*& cursor, u8* s
     const u32 mode = u32(loadAs<s32>(modes + i)), available = neighbours4x4(edges, i);
     if (mode >= intraModes4x4) return zvpStatusOutOfRange;
     if ((intraNeeds4x4[mode] & ~available) != 0) return zvpStatusPredictionUnavailable;
-    predictIntra4x4[mode](srcDst, step, available);
+    predictIntra4x4[mode](srcDst, step, mode, available);
     if ((cbp >> (i + 1) & 1) != 0) {
       s16* const block = take(cursor, 16);
       addBlock<Scale>(scale.block(loadBlock4x4(block)), block, srcDst, step);
@@ -252,7 +252,7 @@ ZVP_INLINE zvpStatus reconstructIntra8x8(const Scale& scale, s16*& cursor, u8* s
   for (std::size_t i = 0; i < 4; ++i) {
     const u32 mode = u32(loadAs<s32>(modes + i));
     if (mode >= intraModes4x4) return zvpStatusOutOfRange;
-    const zvpStatus status = predictIntra8x8[mode](srcDst, step, neighbours8x8(edges, i));
+    const zvpStatus status = predictIntra8x8[mode](srcDst, step, mode, neighbours8x8(edges, i));
     if (status != zvpStatusOk) return status;
     if ((cbp >> i & 1) != 0) {
       s16* const block = take(cursor, 64);

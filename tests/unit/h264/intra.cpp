@@ -23,7 +23,7 @@ struct Member {
 
 // The 8x8 luma predictor has no export of its own; it is called as the reconstruction calls it.
 zvpStatus predict8x8(std::uint8_t* p, std::int32_t step, std::uint32_t mode, std::int32_t flags) {
-  return zvp::predictIntra8x8[mode](p, step, std::uint32_t(flags));
+  return zvp::predictIntra8x8[mode](p, step, mode, std::uint32_t(flags));
 }
 
 constexpr Member members[] = {
