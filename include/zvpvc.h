@@ -5655,7 +5655,7 @@ ZVP_API zvpStatus zvpiReconstructCoeffsIntra_H263_1u16s(const uint8_t **ppBitStr
  * The event number countNonZero gets LAST 1 and ends the block; coefficients behind it are not written. If the block
  * holds fewer, the last one is followed by one more event, with LAST 1: the number of zeros behind it as RUN, its
  * magnitude again, and the sign, or in an escape the level, of the element at position 63. So the count should be
- * exact. A block of zeros writes nothing.
+ * exact. A block of zeros is one escape with LAST 1, its zeros modulo 64 as RUN, and LEVEL 0, which is no code.
  *
  * A level beyond -127..127 is written in the escape of Annex T, as its low 11 bits, if modQuantFlag is on; otherwise
  * its low 8 bits are written. It is the caller's to keep within range.
@@ -7822,7 +7822,7 @@ ZVP_API zvpStatus zvpiDCT8x4x2To4x4Inv_DV_16s_C1I(int16_t *pSrcDst);
  * Members for five macroblocks take arrays of five pointers. Some test the two pointers of each macroblock in turn; the
  * others stop at the first null source and report nothing, and do not test the destinations before it.
  *
- * dstStep may have any value, negative ones too. Sources must not overlap destinations.
+ * dstStep may have any value, negative too. Sources must not overlap destinations. Arrays of pointers must be aligned.
  * @{
  */
 
