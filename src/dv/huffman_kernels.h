@@ -33,15 +33,16 @@ inline void enterCodes(const s32* list, s32 bits, s32 prefixBits, u32* table) {
   std::fill_n(table, entries, noCode);
   const s32* p = list + 3;
   for (s32 length = 1; length <= bits; ++length)
-    for (s32 count = *p++; count > 0; --count, p += 3) {
-      const u32 first = u32(p[0]) << (bits - length) & (entries - 1);
-      const u32 entry = u32(u16(u32(p[2]) << 6)) << 16 | u32(u8(p[1])) << 8 | u32(length + prefixBits);
+    for (s32 count = loadAs<s32>(p++); count > 0; --count, p += 3) {
+      const u32 code = loadAs<u32>(p), run = loadAs<u32>(p + 1), level = loadAs<u32>(p + 2);
+      const u32 first = code << (bits - length) & (entries - 1);
+      const u32 entry = u32(u16(level << 6)) << 16 | u32(u8(run)) << 8 | u32(length + prefixBits);
       std::fill_n(table + first, u32(1) << (bits - length), entry);
     }
 }
 
 inline zvpStatus makeTable(const s32* list1, const s32* list2, u32** made) {
-  const s32 bits1 = u8(list1[0]), bits2 = u8(list2[0]);
+  const s32 bits1 = u8(loadAs<s32>(list1)), bits2 = u8(loadAs<s32>(list2));
   constexpr s32 tooMany = 29;  // 2^29 entries are 2^31 bytes
   const u64 bytes = ((u64(1) << std::min(bits1, tooMany)) + (u64(1) << std::min(bits2, tooMany))) * sizeof(u32);
   u32* table = bytes > 0x7fffffff ? nullptr : reinterpret_cast<u32*>(zvpsMalloc_8s(s32(bytes)));

@@ -166,13 +166,16 @@ TEST(DvTable, HoldsTheCodes) {
 TEST(DvTable, TakesOtherWidthsAndFullWords) {
   const model::Codes list1 = {{"0", {300, 40000}}, {"10", {-1, -1}}, {"1101", {255, -512}}};
   const model::Codes list2 = {{"1", {7, 511}}, {"0000000000001", {8, 512}}};
+  Rng rng(29);
   for (const int bits1 : {4, 6, 12})
     for (const int bits2 : {13, 14}) {
       auto words1 = dvCodeList(list1, bits1), words2 = dvCodeList(list2, bits2);
       words2[4] |= int32_t(0xfffffff0);  // what stands ahead of a code is not looked at
       Allocations::reset();
       uint32_t* table = nullptr;
-      ASSERT_EQ(zvpiInitAllocHuffmanTable_DV_32u(words1.data(), words2.data(), &table), zvpStatusOk);
+      Placed<int32_t> placed1(words1, rng), placed2(words2, rng);
+      ASSERT_EQ(zvpiInitAllocHuffmanTable_DV_32u(placed1.readOnly().data(), placed2.readOnly().data(), &table),
+                zvpStatusOk);
       EXPECT_EQ(Allocations::made(), 1);
       auto expected = model::tableEntries(list1, bits1, 0);
       const auto second = model::tableEntries(list2, bits2, 4);
