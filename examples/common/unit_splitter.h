@@ -1,5 +1,5 @@
-// Cuts a byte stream into the units between start codes 00 00 01. Data may come in pieces of any size; a unit is handed
-// out when the next start code, or the end, has been seen.
+// Cuts a byte stream into the units between start codes: 00 00 01, or two zeros and another third byte. Data may come in
+// pieces of any size; a unit is handed out when the next start code, or the end, has been seen.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,11 @@ namespace video {
 
 class UnitSplitter {
  public:
+  UnitSplitter() = default;
+  // Of the third byte the bits of the mask make the start code; the unit begins behind so many bytes of it, 2 or 3.
+  UnitSplitter(std::uint8_t mask, std::uint8_t third, std::size_t codeBytes)
+      : mask_(mask), third_(third), codeBytes_(codeBytes) {}
+
   // Adds data that begin at the given position of the file.
   void add(std::span<const std::uint8_t> data, std::int64_t position) {
     if (begin_ > 0) {
@@ -33,7 +38,7 @@ class UnitSplitter {
         drop(dataEndUnit ? buffer_.size() : keepTail());
         return false;
       }
-      drop(start + 3);
+      drop(start + codeBytes_);
       inUnit_ = true;
     }
     const std::size_t end = find(scanned_);
@@ -54,11 +59,9 @@ class UnitSplitter {
     const std::uint8_t* data = buffer_.data();
     const std::size_t size = buffer_.size();
     for (std::size_t i = from + 2; i < size;) {
-      if (data[i] > 1) {
-        i += 3;
-      } else if (data[i] == 0) {
+      if (data[i] == 0) {
         ++i;
-      } else if (data[i - 1] == 0 && data[i - 2] == 0) {
+      } else if ((data[i] & mask_) == third_ && data[i - 1] == 0 && data[i - 2] == 0) {
         return i - 2;
       } else {
         i += 3;
@@ -73,6 +76,8 @@ class UnitSplitter {
     begin_ = scanned_ = to;
   }
 
+  std::uint8_t mask_ = 0xFF, third_ = 1;
+  std::size_t codeBytes_ = 3;
   std::vector<std::uint8_t> buffer_;
   std::size_t begin_ = 0;       // bytes before it are done with
   std::size_t scanned_ = 0;     // no start code begins in [begin_, scanned_)

@@ -3,6 +3,7 @@
 #include "dv/decoder.h"
 #include "h264/decoder.h"
 #include "mpeg2/decoder.h"
+#include "mpeg4/decoder.h"
 
 namespace zvptool {
 
@@ -12,6 +13,9 @@ const std::vector<Codec>& codecs() {
       {"DV", AV_CODEC_ID_DVVIDEO, "dv", dv::looksLikeStream, dv::makeDecoder, 45},
       {"MPEG-2", AV_CODEC_ID_MPEG2VIDEO, "mpegvideo", mpeg2::looksLikeMpeg2, mpeg2::makeDecoder, 50},
       {"MPEG-1", AV_CODEC_ID_MPEG1VIDEO, "mpegvideo", mpeg2::looksLikeMpeg1, mpeg2::makeDecoder, 50},
+      {"MPEG-4 Visual", AV_CODEC_ID_MPEG4, "m4v", mpeg4::looksLikeStream, mpeg4::makeDecoder, 50},
+      {"H.263", AV_CODEC_ID_H263, "h263", mpeg4::looksLikeH263, mpeg4::makeH263Decoder, 50},
+      {"H.263+", AV_CODEC_ID_H263P, "h263", mpeg4::looksLikeH263, mpeg4::makeH263Decoder, 50},
   };
   return all;
 }

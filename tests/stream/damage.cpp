@@ -7,6 +7,8 @@
 #include "dv_support.h"
 #include "h264/decoder.h"
 #include "mpeg2/decoder.h"
+#include "mpeg4/decoder.h"
+#include "mpeg4_support.h"
 #include "random_stream.h"
 #include "stream_support.h"
 #include "support/compare.h"
@@ -45,6 +47,15 @@ std::vector<std::size_t> difBlocks(const Bytes& stream) {
   return starts;
 }
 
+// The units of an MPEG-4 stream begin with start codes of three bytes; those of H.263 with two zeros and 80 to 83.
+std::vector<std::size_t> h263Pictures(const Bytes& stream) {
+  std::vector<std::size_t> starts;
+  for (std::size_t i = 0; i + 2 < stream.size(); ++i)
+    if (stream[i] == 0 && stream[i + 1] == 0 && (stream[i + 2] & 0xFC) == 0x80) starts.push_back(i);
+  starts.push_back(stream.size());
+  return starts;
+}
+
 struct Codec {
   std::vector<std::size_t> (*unitStarts)(const Bytes& stream);
   std::unique_ptr<video::Decoder> (*makeDecoder)();
@@ -54,6 +65,8 @@ struct Codec {
 const Codec h264Codec{nalUnits, h264::makeDecoder, 9000, {{}}};
 const Codec mpeg2Codec{nalUnits, mpeg2::makeDecoder, 9000, {{}}};
 const Codec dvCodec{difBlocks, dv::makeDecoder, 200000, {{}, {2, false}, {2, true}, {4, false}, {8, false}}};
+const Codec mpeg4Codec{nalUnits, mpeg4::makeDecoder, 9000, {{}}};
+const Codec h263Codec{h263Pictures, mpeg4::makeH263Decoder, 9000, {{}}};
 
 Bytes mutate(const Bytes& stream, const Codec& codec, Rng& rng) {
   Bytes result = stream;
@@ -213,6 +226,37 @@ TEST_P(DamagedMpeg2Options, EndsInAnError) {
 INSTANTIATE_TEST_SUITE_P(Streams, DamagedMpeg2Options,
                          ::testing::Values("-pix_fmt yuv420p -c:v mpeg1video -g 6 -bf 2 -q:v 4",
                                            "-pix_fmt yuv422p -c:v mpeg2video -g 6 -bf 2 -q:v 3 -flags +ilme+ildct"));
+
+TEST(DamagedMpeg4, EndsInAnError) {
+  Bytes stream = readFile(sample("pv_m4vtestinput.m4v"));
+  stream.resize(15000);
+  decodeMutations(stream, mpeg4Codec, rounds(mutations), 40000);
+}
+
+TEST(DamagedMpeg4, OfAllKindsEndsInAnError) {
+  ZVP_NEED_PROGRAM("ffmpeg");
+  const TemporaryDirectory scratch;
+  int kind = 0;
+  for (const char* options : {"-q:v 6 -bf 2 -flags +mv4+aic", "-q:v 5 -mpeg_quant 1 -ps 200 -bf 1",
+                              "-q:v 4 -ps 300 -data_partitioning 1"}) {
+    SCOPED_TRACE(options);
+    makeMpeg4("176x144", 8, std::string("-c:v mpeg4 ") + options, scratch / "coded.m4v");
+    decodeMutations(readFile(scratch / "coded.m4v"), mpeg4Codec, rounds(mutations / 2),
+                    50000 + 1000 * std::uint64_t(kind++));
+  }
+}
+
+TEST(DamagedH263, EndsInAnError) {
+  ZVP_NEED_PROGRAM("ffmpeg");
+  const TemporaryDirectory scratch;
+  int kind = 0;
+  for (const char* options : {"h263 -q:v 6 -ps 200", "h263p -umv 1 -q:v 6"}) {
+    SCOPED_TRACE(options);
+    makeMpeg4("176x144", 8, std::string("-c:v ") + options, scratch / "coded.h263");
+    decodeMutations(readFile(scratch / "coded.h263"), h263Codec, rounds(mutations / 2),
+                    60000 + 1000 * std::uint64_t(kind++));
+  }
+}
 
 TEST(DamagedTool, SaysWhere) {
   const TemporaryDirectory scratch;

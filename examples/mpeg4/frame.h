@@ -1,0 +1,53 @@
+// A frame store: samples with a margin of repeated edges, and the motion that later pictures look at.
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+#include "mpeg4/headers.h"
+
+namespace mpeg4 {
+
+// In half samples.
+struct Vector {
+  std::int16_t x = 0, y = 0;
+  bool operator==(const Vector&) const = default;
+};
+
+// Motion of one macroblock: a vector for each block of luma.
+struct Motion {
+  Vector vectors[4];
+  bool skipped = false;  // not coded
+};
+
+class Frame {
+ public:
+  explicit Frame(const Layer& layer);
+  const video::Format& format() const { return format_; }
+  std::uint8_t* at(int plane, int x, int y) { return planes_[plane] + y * steps_[plane] + x; }
+  std::int32_t step(int plane) const { return std::int32_t(steps_[plane]); }
+  // The place from which an area of size x size samples, and one row and column more, is predicted. Where all of it
+  // lies in repeated samples, one within the margin stands for it.
+  const std::uint8_t* reference(int plane, int x, int y, int size) const;
+  // Repeats the edges of the coded area into the margin.
+  void expand();
+  video::Picture picture() const;
+
+  std::vector<Motion> motion;  // by macroblock
+
+ private:
+  static constexpr int margin = 32;  // of luma; half of it around chroma
+
+  struct Free {
+    void operator()(std::uint8_t* p) const { std::free(p); }
+  };
+  std::unique_ptr<std::uint8_t, Free> samples_;
+  std::uint8_t* planes_[3] = {};
+  std::ptrdiff_t steps_[3] = {};
+  int width_, height_;  // of the coded area
+  video::Format format_;
+};
+
+}  // namespace mpeg4
