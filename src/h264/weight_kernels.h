@@ -12,7 +12,6 @@
 #include <algorithm>
 
 #include "h264/pieces.h"
-#include "opaque.h"
 #include "simd.h"
 
 namespace zvp::weight {
@@ -250,25 +249,15 @@ template <bool Two>
   }
 }
 
-// A block whose sizes are legal, by a weighting that rounds to nearest. Shifts from 2 to 15 and sums of 16 bits, which
-// nearly every call has, take the short way.
+// A block whose sizes are legal, by a weighting that rounds to nearest. Shifts from 2 to 15, weights of one sign and sums
+// of 16 bits, which nearly every call has, take the short way.
 template <bool Two>
 ZVP_INLINE void weighBlock(const Operands<u8>& o, const Weighting& w) {
   if (w.shift >= 2 && w.shift <= 15 && o.width >= 4) [[likely]] {
     const s64 added = (2 * s64(w.offset) + 1) << (w.shift - 1);
-    // The sum is linear: where it fits for samples of 0 and 255 it does so for all.
-    s64 corner = added + 32768;
-    u64 corners = u64(corner);
-    const auto move = [&](s64 by) {
-      corner = opaque(corner + by);
-      corners = opaque(corners | u64(corner));
-    };
-    move(255 * s64(w.weight1));
-    if constexpr (Two) {
-      move(255 * s64(w.weight2));
-      move(-255 * s64(w.weight1));
-    }
-    if (corners >> 16 == 0) [[likely]] {
+    // The sum is linear: where it fits for samples of 0 and 255 it does so for all, if no weight is against the other.
+    const s64 least = added + 32768, most = least + 255 * (s64(w.weight1) + w.weight2);
+    if ((!Two || (w.weight1 | w.weight2) >= 0) && u64(least | most) >> 16 == 0) [[likely]] {
       if (o.width == 16) return weighEvenRows<Two, 16>(o, w, added);
       if (o.width == 8) return weighEvenRows<Two, 8>(o, w, added);
       return weighEvenRows<Two, 4>(o, w, added);
