@@ -123,6 +123,17 @@ ZVP_INLINE T scaledDcBy(const T* level, const T* dc, std::size_t qp, const s16* 
   return T(levelShift(h264_qp6_0[qp], 4)(loadAs<T>(level), loadAs<s16>(scalesOf(scaleLevels, qp))));
 }
 
+// What zvpiTransformQuantInvAddPred4x4_H264_16s_C1IR is called for less often: by a list, or for a DC alone.
+[[gnu::noinline]] zvpStatus addByListOrDc(const u8* pred, s32 predStep, const s16* levels, const s16* dc, u8* dst,
+                                          s32 dstStep, s32 QP, s32 hasAC, const s16* scaleLevels) {
+  const auto qp = std::size_t(QP);
+  if (hasAC != 0)
+    addInverseTransform(scaledBy(levels, dc, qp, scaleLevels), pred, predStep, dst, dstStep);
+  else
+    addResidual(flatResidual(scaledDcBy(levels, dc, qp, scaleLevels)), pred, predStep, dst, dstStep);
+  return zvpStatusOk;
+}
+
 }  // namespace
 
 // ---- forward ---------------------------------------------------------------------------------------------------
@@ -186,15 +197,10 @@ zvpStatus zvpiTransformQuantInvAddPred4x4_H264_16s_C1IR(const u8* pPred, s32 pre
                                                         const s16* pScaleLevels) {
   if (anyNull(pPred, pSrcDst, pDst)) return zvpStatusNullPointer;
   if (!isWithin(QP, 51)) return zvpStatusOutOfRange;
-  const auto qp = std::size_t(QP);
-  if (hasAC == 0) {
-    addResidual(flatResidual(scaledDcBy(pSrcDst, pDC, qp, pScaleLevels)), pPred, predStep, pDst, dstStep);
-    return zvpStatusOk;
-  }
+  if (hasAC == 0 || pScaleLevels != nullptr) [[unlikely]]
+    return addByListOrDc(pPred, predStep, pSrcDst, pDC, pDst, dstStep, QP, hasAC, pScaleLevels);
   // The default list is 16 times the scales of flat matrices: the shift by 4 takes that away again, without remainder.
-  const Block4x4 block =
-      pScaleLevels == nullptr ? scaledBlock(loadBlock4x4(pSrcDst), pDC, qp) : scaledBy(pSrcDst, pDC, qp, pScaleLevels);
-  addInverseTransform(block, pPred, predStep, pDst, dstStep);
+  addInverseTransform(scaledBlock(loadBlock4x4(pSrcDst), pDC, std::size_t(QP)), pPred, predStep, pDst, dstStep);
   return zvpStatusOk;
 }
 zvpStatus zvpiTransformQuantInvAddPred4x4_H264_32s_C1IR(const u16* pPred, s32 predStep, const s32* pSrcDst,
