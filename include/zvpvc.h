@@ -5655,7 +5655,7 @@ ZVP_API zvpStatus zvpiReconstructCoeffsIntra_H263_1u16s(const uint8_t **ppBitStr
  * The event number countNonZero gets LAST 1 and ends the block; coefficients behind it are not written. If the block
  * holds fewer, the last one is followed by one more event, with LAST 1: the number of zeros behind it as RUN, its
  * magnitude again, and the sign, or in an escape the level, of the element at position 63. So the count should be
- * exact. A block of zeros is one escape with LAST 1, its zeros modulo 64 as RUN, and LEVEL 0, which is no code.
+ * exact. A block of zeros writes nothing.
  *
  * A level beyond -127..127 is written in the escape of Annex T, as its low 11 bits, if modQuantFlag is on; otherwise
  * its low 8 bits are written. It is the caller's to keep within range.
@@ -5880,14 +5880,15 @@ ZVP_API zvpStatus zvpiDecodeCoeffsInterRVLCBack_MPEG4_1u16s(const uint8_t **ppBi
  * @param[in]     pQuantInvSpec     record of zvpiQuantInvInterInit_MPEG4()
  * @param[in]     QP                quantizer, 1 to 2^(bitsPerPixel - 3) - 1
  *
- * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef, pIndxLastNonZero or *ppBitStream is null.
+ * @retval zvpStatusNullPointer   ppBitStream, pBitOffset, pCoef, pIndxLastNonZero or *ppBitStream is null; or, tested
+ *                                behind *pBitOffset, pQuantInvSpec.
  * @retval zvpStatusBadBitOffset  *pBitOffset is not 0 to 7.
- * @retval zvpStatusNullPointer   pQuantInvSpec is null.
  * @retval zvpStatusBadContext    pQuantInvSpec is not a record for inverse inter quantization.
- * @retval zvpStatusBadQuantizer  QP is not in its range. With rvlcFlag these last three are returned after the block
- *                                has been read: its levels and the moved cursor stay.
+ * @retval zvpStatusBadQuantizer  QP is not in its range. With rvlcFlag the tests of pQuantInvSpec and QP come after the
+ *                                block has been read: its levels and the moved cursor stay.
  * @retval zvpStatusBadVlcCode    as in zvpiDecodeCoeffsInter_MPEG4_1u16s(); with the event code the coefficients stored
- *                                by then are dequantized. With rvlcFlag this comes before the last three.
+ *                                by then are dequantized. With rvlcFlag this comes before the tests of
+ *                                pQuantInvSpec and QP.
  * @retval zvpStatusOk            the block is read.
  */
 ZVP_API zvpStatus zvpiReconstructCoeffsInter_MPEG4_1u16s(const uint8_t **ppBitStream, int32_t *pBitOffset,
@@ -6274,12 +6275,12 @@ ZVP_API zvpStatus zvpiWarpGetSize_MPEG4(int32_t *pSize);
  * Reads:  the two rectangles; with points the first numWarpingPoints entries of pDU and of pDV.
  * Writes: within 264 bytes from the first multiple of 16 on, which no input may overlap.
  *
- * @retval zvpStatusNullPointer  pSpec is null; nothing is written.
+ * @retval zvpStatusNullPointer  pSpec is null; nothing is written. Or, tested last: numWarpingPoints is not 0, and pDU
+ *                               or pDV is null. Then the record carries its identification but no warp, and must not
+ *                               be used.
  * @retval zvpStatusOutOfRange   numWarpingPoints is not 0 to 4; or it is 4 and spriteType is not 1; or warpingAccuracy
  *                               is not 0 to 3 or fcode not 1 to 7. Nothing is written.
  * @retval zvpStatusBadSize      A rectangle's width or height is below 1; nothing is written.
- * @retval zvpStatusNullPointer  numWarpingPoints is not 0, and pDU or pDV is null. The record carries its
- *                               identification but no warp, and must not be used.
  * @retval zvpStatusOk           The record is ready.
  */
 ZVP_API zvpStatus zvpiWarpInit_MPEG4(void *pSpec, const int32_t *pDU, const int32_t *pDV, int32_t numWarpingPoints,

@@ -98,7 +98,7 @@ ZVP_INLINE s32 dcOfCode(u32 code) { return code == dcCodeFor128 ? 128 : s32(code
 template <Escape Kind> ZVP_INLINE void putEscape(ByteWriter& bits, u32 last, s32 run, s32 magnitude, s32 value) {
   const bool extended = Kind == Escape::ModQuant && magnitude >= 128;
   const u32 level = extended ? u8(extendedLevel) : u8(value);
-  bits.put(escapeWord << 15 | last << 14 | (u32(run) & 63) << 8 | level, 22);
+  bits.put(escapeWord << 15 | last << 14 | u32(run) << 8 | level, 22);
   if (extended) bits.put((u32(value) & 31) << 6 | (u32(value) >> 5 & 63), 11);
 }
 
@@ -113,24 +113,24 @@ ZVP_INLINE void putEvent(ByteWriter& bits, const OwnH263VlcParams& code, u32 las
 }
 
 // Required where countNonZero is above the number of coefficients: the one that was written last comes again, with
-// LAST 1, the zeros behind it as its run, and the value at position 63 for its sign and for the escape's level. A block
-// of zeros is an escape of level 0 so; of its run, 64 or 63, the low 6 bits are written.
+// LAST 1, the zeros behind it as its run, and the value at position 63 for its sign and for the escape's level.
 template <Escape Kind> zvpStatus encodeCoeffs(const s16* pCoef, u8** ppBitStream, s32* pBitOffset, s32 countNonZero,
                                               const OwnH263VlcParams& code, s32 firstPosition, s32 scan) {
   CodedCoefficients coefficients(pCoef, chooseScan(scan, ScanHorizontal, ScanRaster), firstPosition);
+  if (coefficients.empty()) return zvpStatusOk;
   ByteWriter bits(ppBitStream, pBitOffset);
-  s32 run, value, magnitude = 0;
+  s32 run, value, magnitude;
   for (s32 event = 1;; ++event) {
-    if (coefficients.empty()) {
-      run = lastPosition - coefficients.position();
-      value = coefficients.valueAt(lastPosition);
-      break;
-    }
     run = coefficients.next();
     value = coefficients.value();
     magnitude = std::abs(value);
     if (event == countNonZero) break;
     putEvent<Kind>(bits, code, 0, run, magnitude, value);
+    if (coefficients.empty()) {
+      run = lastPosition - coefficients.position();
+      value = coefficients.valueAt(lastPosition);
+      break;
+    }
   }
   putEvent<Kind>(bits, code, 1, run, magnitude, value);
   bits.store(ppBitStream, pBitOffset);

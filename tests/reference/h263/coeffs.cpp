@@ -66,26 +66,28 @@ std::string h263WriteCoeffs(const EventCode& code, const std::int16_t* coefficie
       bits += *word + (value < 0 ? '1' : '0');
       return;
     }
-    bits += "0000011" + bitsOf(last, 1) + bitsOf(run, 6);  // of run 64, a block of zeros, the low 6 bits
+    bits += "0000011" + bitsOf(last, 1) + bitsOf(run, 6);
     if (modQuant && magnitude >= 128)
       bits += "10000000" + bitsOf(value, 5) + bitsOf(value >> 5, 6);
     else
       bits += bitsOf(value, 8);
   };
   int events = 0, run = 0, magnitude = 0, value = 0;
+  bool any = false;
   for (int position = firstPosition; position < 64; ++position) {
     value = coefficients[scan[std::size_t(position)]];
     if (value == 0) {
       ++run;
       continue;
     }
+    any = true;
     magnitude = std::abs(value);
     if (events == countNonZero - 1) break;
     put(0, run, magnitude, value);
     ++events;
     run = 0;
   }
-  put(1, run, magnitude, value);
+  if (any) put(1, run, magnitude, value);
   return bits;
 }
 
