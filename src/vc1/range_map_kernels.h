@@ -11,7 +11,7 @@ namespace zvp::vc1 {
 struct RangeMap {
   s32 factor;  // rangeMap + 9
 
-  // ((x - 128) * factor + 4) >> 3) + 128; the constants are gathered ahead of the shift, where 16 bits hold them.
+  // (((x - 128) * factor + 4) >> 3) + 128; the constants are gathered ahead of the shift, where 16 bits hold them.
   template <int N>
   ZVP_INLINE simd::U8<N> operator()(simd::U8<N> x) const {
     using V = simd::S16<N / 2>;

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
+#include <iterator>
 
 #include "support/compare.h"
 #include "support/random.h"
@@ -72,8 +74,12 @@ TEST(RangeMap, EverySampleOfEveryMap) {
   EXPECT_EQ(white, 255);
 }
 
+// Samples that no map takes to 0, so that whatever is written shows, on every side of what is passed.
 TEST(RangeMap, ChecksInOrder) {
-  std::uint8_t src[16] = {1, 2, 3}, dst[16] = {};
+  std::uint8_t source[64], destination[64] = {};
+  std::fill(std::begin(source), std::end(source), std::uint8_t(200));
+  const std::uint8_t* const src = source + 24;
+  std::uint8_t* const dst = destination + 24;
   EXPECT_EQ(zvpiRangeMapping_VC1_8u_C1R(nullptr, 4, dst, 4, {4, 4}, 8), zvpStatusNullPointer);
   EXPECT_EQ(zvpiRangeMapping_VC1_8u_C1R(src, 4, nullptr, 4, {4, 4}, 8), zvpStatusNullPointer);
   for (const int rangeMap : {-1, 8, INT_MIN, INT_MAX}) {
@@ -84,5 +90,5 @@ TEST(RangeMap, ChecksInOrder) {
     EXPECT_EQ(zvpiRangeMapping_VC1_8u_C1R(src, 4, dst, 4, {4, size}, 0), zvpStatusOk);
     EXPECT_EQ(zvpiRangeMapping_VC1_8u_C1R(src, 4, dst, 4, {size, 4}, 7), zvpStatusOk);
   }
-  for (const auto sample : dst) EXPECT_EQ(sample, 0);
+  for (const auto sample : destination) EXPECT_EQ(sample, 0);
 }
