@@ -52,12 +52,13 @@ struct Code {
   const s32* values;  // one in value tables, two in run-level tables
 };
 
-// What the caller lists: the widths of the lookup levels, then the codes, length by length.
+// What the caller lists, at any address: the widths of the lookup levels, then the codes, length by length.
 struct CodeList {
   s32 levels;
   const s32* widths;
   const s32* codes;
-  explicit CodeList(const s32* source) : levels(source[1]), widths(source + 2), codes(widths + levels) {}
+  explicit CodeList(const s32* source) : levels(loadAs<s32>(source + 1)), widths(source + 2), codes(widths + levels) {}
+  s32 width(s32 level) const { return loadAs<s32>(widths + level); }
 };
 
 template <TableKind Kind, class Visit>
@@ -65,8 +66,8 @@ void forEachCode(const CodeList& list, Visit visit) {
   constexpr s32 entryWords = Kind == TableKind::Value ? 2 : 3;
   const s32* p = list.codes;
   s32 length = 1;
-  for (s32 count = *p++; count >= 0; count = *p++, ++length)
-    for (; count > 0; --count, p += entryWords) visit(Code{u32(p[0]), length, p + 1});
+  for (s32 count = loadAs<s32>(p++); count >= 0; count = loadAs<s32>(p++), ++length)
+    for (; count > 0; --count, p += entryWords) visit(Code{loadAs<u32>(p), length, p + 1});
 }
 
 // The first n bits of a code of more than n bits. Codes beyond 32 bits begin with zeros.
@@ -84,7 +85,7 @@ static_assert(sizeof(SeenCode) == 8);
 // first bits has done so. seen has room for all codes.
 template <TableKind Kind>
 u32 compiledWords(const CodeList& list, SeenCode* seen) {
-  u32 words = tableWords(list.widths[0]);
+  u32 words = tableWords(list.width(0));
   std::size_t seenCount = 0;
   forEachCode<Kind>(list, [&](const Code& code) {
     const auto opened = [&](s32 depth) {
@@ -93,9 +94,9 @@ u32 compiledWords(const CodeList& list, SeenCode* seen) {
         if (seen[i].length > depth && firstBits(seen[i].word, seen[i].length, depth) == prefix) return true;
       return false;
     };
-    s32 depth = list.widths[0];
-    for (s32 level = 0; level + 1 < list.levels && depth < code.length; depth += list.widths[++level])
-      if (!opened(depth)) words += tableWords(list.widths[level + 1]);
+    s32 depth = list.width(0);
+    for (s32 level = 0; level + 1 < list.levels && depth < code.length; depth += list.width(++level))
+      if (!opened(depth)) words += tableWords(list.width(level + 1));
     seen[seenCount++] = {code.word, code.length};
   });
   return words;
@@ -110,9 +111,9 @@ bool isLink(s32 entry) {
 template <TableKind Kind>
 s32 leaf(const s32* values, s32 spare) {
   if constexpr (Kind == TableKind::Value)
-    return s32(u32(values[0]) << 8 | u32(spare));
+    return s32(loadAs<u32>(values) << 8 | u32(spare));
   else
-    return s32(u32(values[1]) << 16 | u32(u8(values[0])) << 8 | u32(spare));
+    return s32(loadAs<u32>(values + 1) << 16 | u32(u8(loadAs<s32>(values))) << 8 | u32(spare));
 }
 
 // Enters one code. next is where the next sub-table will stand. A code longer than all levels together is dropped. A
@@ -124,7 +125,7 @@ void enterCode(const CodeList& list, const Code& code, s32* table, u32 words, u3
   s32* current = table;
   s32 depth = 0;
   for (s32 level = 0; level < list.levels; ++level) {
-    const s32 width = list.widths[level];
+    const s32 width = list.width(level);
     const u32 room = words - 1 - u32(current - table);
     depth += width;
     if (depth >= code.length) {
@@ -138,7 +139,7 @@ void enterCode(const CodeList& list, const Code& code, s32* table, u32 words, u3
     if (level + 1 == list.levels || at >= room) return;
     s32& entry = current[1 + at];
     if (entry == unusedEntry) {
-      const s32 subWidth = list.widths[level + 1];
+      const s32 subWidth = list.width(level + 1);
       if (tableWords(subWidth) > words - next) return;
       entry = s32(next << 8 | u32(linkByte));
       current = table + next;
@@ -162,8 +163,8 @@ zvpStatus compile(const s32* source, s32** compiled) {
   s32* table = zvpsMalloc_32s(s32(words));  // null too if the size has wrapped to zero
   if (table == nullptr) return zvpStatusNoMemory;
   for (u32 i = 0; i < words; ++i) table[i] = unusedEntry;
-  table[0] = list.widths[0];
-  u32 next = tableWords(list.widths[0]);
+  table[0] = list.width(0);
+  u32 next = tableWords(list.width(0));
   forEachCode<Kind>(list, [&](const Code& code) { enterCode<Kind>(list, code, table, words, next); });
   storeAs(compiled, table);
   return zvpStatusOk;

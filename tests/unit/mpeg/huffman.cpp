@@ -25,11 +25,10 @@ zvpStatus compileInto(Kind kind, const std::int32_t* list, std::int32_t** table)
 }
 
 Table compiled(Kind kind, const std::vector<std::int32_t>& list) {
-  GuardedArray<std::int32_t> guarded(list.size(), Guard::Behind);
-  std::copy(list.begin(), list.end(), guarded.data());
-  guarded.bytes().makeReadOnly();
+  Rng rng(list.size());
+  Placed<std::int32_t> placed(list, rng);
   std::int32_t* table = nullptr;
-  EXPECT_EQ(compileInto(kind, guarded.data(), &table), zvpStatusOk);
+  EXPECT_EQ(compileInto(kind, placed.readOnly().data(), &table), zvpStatusOk);
   return Table(table);
 }
 
