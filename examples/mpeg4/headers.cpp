@@ -169,13 +169,13 @@ void parsePlusType(Unit& in, Layer& layer, H263Options& options, PictureHeader& 
     options.unrestricted = in.flag();
     if (in.flag()) in.unsupported("syntax-based arithmetic coding (Annex E)");
     if (in.flag()) in.unsupported("advanced prediction (Annex F)");
-    if (in.flag()) in.unsupported("advanced intra coding (Annex I)");
-    if (in.flag()) in.unsupported("the deblocking filter (Annex J)");
+    options.advancedIntra = in.flag();
+    options.deblocking = in.flag();
     if (in.flag()) in.unsupported("slices (Annex K)");
     if (in.flag()) in.unsupported("reference picture selection (Annex N)");
     if (in.flag()) in.unsupported("independent segments (Annex R)");
     if (in.flag()) in.unsupported("alternative inter codes (Annex S)");
-    if (in.flag()) in.unsupported("modified quantization (Annex T)");
+    options.modifiedQuantization = in.flag();
     if (in.bits(4) != 8) in.damaged("fixed bits of OPPTYPE are wrong");
     if (format == 0 || format == 7) in.damaged("a reserved source format");
     customSize = format == 6;
@@ -220,6 +220,9 @@ void parsePlusType(Unit& in, Layer& layer, H263Options& options, PictureHeader& 
   }
   if (updated == 1 && options.unrestricted && !in.flag()) in.marker();  // UUI
   header.unrestricted = options.unrestricted;
+  header.advancedIntra = options.advancedIntra;
+  header.deblocking = options.deblocking;
+  header.modifiedQuantization = options.modifiedQuantization;
   in.check();
   checkSize(in, layer);
 }

@@ -47,7 +47,10 @@ struct PictureHeader {
   // H.263.
   int temporalReference = 0;
   bool plus = false;          // PLUSPTYPE
-  bool unrestricted = false;  // Annex D
+  bool unrestricted = false;          // Annex D
+  bool advancedIntra = false;         // Annex I
+  bool deblocking = false;            // Annex J
+  bool modifiedQuantization = false;  // Annex T
 };
 
 // What visual_object() tells for the layers below.
@@ -65,7 +68,8 @@ std::int64_t parseGroupTime(Unit& in);  // in seconds
 // later pictures too go into the layer and the options.
 struct H263Options {
   bool known = false;
-  bool unrestricted = false, customClock = false;
+  bool unrestricted = false, advancedIntra = false, deblocking = false, modifiedQuantization = false;
+  bool customClock = false;
 };
 PictureHeader parseH263(Unit& in, Layer& layer, H263Options& options);
 

@@ -33,6 +33,15 @@ int chromaComponent(int sum) {
 
 int median(int a, int b, int c) { return std::max(std::min(a, b), std::min(std::max(a, b), c)); }
 
+// Table T.1 of H.263.
+int modifiedChange(int quantizer, bool up) {
+  if (quantizer == 1) return up ? 1 : 2;
+  if (quantizer < 11) return up ? 1 : -1;
+  if (quantizer < 21) return up ? 2 : -2;
+  if (quantizer < 29) return up ? 3 : -3;
+  return !up ? -3 : quantizer == 29 ? 2 : quantizer == 30 ? 1 : -5;
+}
+
 }  // namespace
 
 void PictureDecoder::configure(const Layer& layer) {
@@ -61,6 +70,7 @@ void PictureDecoder::decode(Unit& in, const PictureHeader& header, Frame& frame,
   ++packet_;
   if (layer_.h263) h263Picture();
   else vop();
+  if (header.deblocking) deblock();
 }
 
 void PictureDecoder::checkLibrary(std::int32_t status) const {
@@ -240,7 +250,16 @@ void PictureDecoder::readPattern(Syntax& syntax) {
 
 void PictureDecoder::readQuantizer(Syntax& syntax) {
   static constexpr int change[4] = {-1, -2, 1, 2};
-  if (syntax.dquant) quantizer_ = std::clamp(quantizer_ + change[in_->bits(2)], 1, 31);
+  if (syntax.dquant && header_.modifiedQuantization) {
+    if (!in_->flag()) {
+      quantizer_ = int(in_->bits(5));
+      if (quantizer_ == 0) in_->damaged("the quantizer is 0");
+    } else {
+      quantizer_ += modifiedChange(quantizer_, in_->flag());
+    }
+  } else if (syntax.dquant) {
+    quantizer_ = std::clamp(quantizer_ + change[in_->bits(2)], 1, 31);
+  }
   syntax.quantizer = quantizer_;
 }
 
@@ -256,7 +275,8 @@ void PictureDecoder::readDcs(Syntax& syntax) {
 void PictureDecoder::interMacroblock() {
   Syntax syntax;
   if (readType(syntax)) {
-    if (syntax.intra && !layer_.h263) syntax.acPrediction = in_->flag();
+    if (syntax.intra && (!layer_.h263 || header_.advancedIntra)) syntax.acPrediction = in_->flag();
+    if (syntax.acPrediction && layer_.h263) syntax.fromLeft = in_->flag();
     readPattern(syntax);
     syntax.dcCodes = dcCodes();
     readQuantizer(syntax);
@@ -426,7 +446,8 @@ void PictureDecoder::interBlock(const Syntax& syntax, int block) {
   std::int32_t last;
   in_->library("no code of coefficients", [&](const std::uint8_t** pointer, std::int32_t* offset) {
     if (layer_.h263)
-      return zvpiReconstructCoeffsInter_H263_1u16s(pointer, offset, coefficients, &last, syntax.quantizer, 0);
+      return zvpiReconstructCoeffsInter_H263_1u16s(pointer, offset, coefficients, &last, quantizerOf(syntax, block),
+                                                   header_.modifiedQuantization);
     const bool reversible = layer_.reversible && header_.type != PictureType::B;
     return zvpiReconstructCoeffsInter_MPEG4_1u16s(pointer, offset, coefficients, &last, reversible, 0,
                                                   interContext_.data(), syntax.quantizer);
@@ -435,74 +456,160 @@ void PictureDecoder::interBlock(const Syntax& syntax, int block) {
   zvpiAdd8x8_16s8u_C1IRS(coefficients, 16, place(block), step(block));
 }
 
-void PictureDecoder::intraBlock(const Syntax& syntax, int block) {
-  const bool coded = syntax.pattern >> (5 - block) & 1;
-  std::int16_t coefficients[64] = {};
-  std::int32_t last = 0;
-  if (layer_.h263) {
-    in_->library("no code of coefficients", [&](const std::uint8_t** pointer, std::int32_t* offset) {
-      return zvpiReconstructCoeffsIntra_H263_1u16s(pointer, offset, coefficients, &last, coded, syntax.quantizer, 0, 0,
-                                                   0);
-    });
-  } else {
-    // Prediction of DC and AC (7.4.3): left, above left and above.
-    struct Place {
-      int x, y, block;
-    };
-    static constexpr Place places[6][3] = {
-        {{-1, 0, 1}, {-1, -1, 3}, {0, -1, 2}}, {{0, 0, 0}, {0, -1, 2}, {0, -1, 3}},   {{-1, 0, 3}, {-1, 0, 1}, {0, 0, 0}},
-        {{0, 0, 2}, {0, 0, 0}, {0, 0, 1}},     {{-1, 0, 4}, {-1, -1, 4}, {0, -1, 4}}, {{-1, 0, 5}, {-1, -1, 5}, {0, -1, 5}}};
-    Macroblock& here = macroblocks_[std::size_t(mb_)];
-    const Macroblock* neighbours[3] = {};
-    int dcs[3];
-    for (int i = 0; i < 3; ++i) {
-      const Place& place = places[block][i];
-      const int x = mbX_ + place.x, y = mbY_ + place.y;
-      const Macroblock* there = x < 0 || y < 0 ? nullptr : &macroblocks_[std::size_t(y * widthMbs_ + x)];
-      if (there && there->packet == packet_ && there->intra) neighbours[i] = there;
-      dcs[i] = neighbours[i] ? neighbours[i]->dc[place.block] : 1024;
-    }
-    const bool fromAbove = std::abs(dcs[0] - dcs[1]) < std::abs(dcs[1] - dcs[2]);
-    const int which = fromAbove ? 2 : 0;
+// Annex T of H.263 quantizes chroma finer (table T.2).
+int PictureDecoder::quantizerOf(const Syntax& syntax, int block) const {
+  static constexpr int ofChroma[32] = {0,  1,  2,  3,  4,  5,  6,  6,  7,  8,  9,  9,  10, 10, 11, 11,
+                                       12, 12, 12, 13, 13, 13, 14, 14, 14, 14, 14, 15, 15, 15, 15, 15};
+  return header_.modifiedQuantization && block >= 4 ? ofChroma[syntax.quantizer] : syntax.quantizer;
+}
 
-    if (syntax.dcCodes) {
-      if (layer_.dataPartitioned)
-        coefficients[0] = syntax.dc[block];
-      else
-        in_->library("no code of a DC", [&](const std::uint8_t** pointer, std::int32_t* offset) {
-          return zvpiDecodeDCIntra_MPEG4_1u16s(pointer, offset, coefficients, block >= 4);
-        });
-    }
-    if (coded) {
-      const int scan = !syntax.acPrediction ? 0 : fromAbove ? 2 : 1;
-      in_->library("no code of coefficients", [&](const std::uint8_t** pointer, std::int32_t* offset) {
-        return zvpiDecodeCoeffsIntra_MPEG4_1u16s(pointer, offset, coefficients, &last, layer_.reversible,
-                                                 syntax.dcCodes, scan);
-      });
-    }
-    const int scaler = dcScaler(block < 4, syntax.quantizer);
-    coefficients[0] =
-        std::int16_t(std::clamp(coefficients[0] + divideRounded(dcs[which], scaler), -2048, 2047));
-    here.dc[block] = std::int16_t(std::clamp(coefficients[0] * scaler, -2048, 2047));
-    const int along = fromAbove ? 1 : 8;
-    if (const Macroblock* there = neighbours[which]; syntax.acPrediction && there) {
-      const int from = places[block][which].block;
-      for (int i = 1; i < 8; ++i) {
-        const int predicted = fromAbove ? there->row[from][i] : there->column[from][i];
-        coefficients[along * i] = std::int16_t(
-            std::clamp(coefficients[along * i] + divideRounded(predicted * there->quantizer, syntax.quantizer), -2048, 2047));
-      }
-    }
-    for (int i = 1; i < 8; ++i) {
-      here.row[block][i] = coefficients[i];
-      here.column[block][i] = coefficients[8 * i];
-    }
-    checkLibrary(zvpiQuantInvIntra_MPEG4_16s_C1I(coefficients, 63, intraContext_.data(), syntax.quantizer, block >= 4));
-  }
+void PictureDecoder::intraBlock(const Syntax& syntax, int block) {
+  std::int16_t coefficients[64] = {};
+  if (!layer_.h263) texture(syntax, block, coefficients);
+  else if (header_.advancedIntra) advancedTexture(syntax, block, coefficients);
+  else h263Texture(syntax, block, coefficients);
   zvpiDCT8x8Inv_16s_C1I(coefficients);
   std::uint8_t* to = place(block);
   for (int y = 0; y < 8; ++y) std::memset(to + y * std::ptrdiff_t(step(block)), 0, 8);
   zvpiAdd8x8_16s8u_C1IRS(coefficients, 16, to, step(block));
+}
+
+PictureDecoder::Neighbours PictureDecoder::neighboursOf(int block) const {
+  struct Place {
+    int x, y, block;
+  };
+  static constexpr Place places[6][3] = {
+      {{-1, 0, 1}, {-1, -1, 3}, {0, -1, 2}}, {{0, 0, 0}, {0, -1, 2}, {0, -1, 3}},   {{-1, 0, 3}, {-1, 0, 1}, {0, 0, 0}},
+      {{0, 0, 2}, {0, 0, 0}, {0, 0, 1}},     {{-1, 0, 4}, {-1, -1, 4}, {0, -1, 4}}, {{-1, 0, 5}, {-1, -1, 5}, {0, -1, 5}}};
+  const auto neighbour = [&](const Place& place) {
+    const int x = mbX_ + place.x, y = mbY_ + place.y;
+    const Macroblock* there = x < 0 || y < 0 ? nullptr : &macroblocks_[std::size_t(y * widthMbs_ + x)];
+    const bool fits = there && there->packet == packet_ && there->intra;
+    return Neighbour{fits ? there : nullptr, place.block};
+  };
+  return {neighbour(places[block][0]), neighbour(places[block][1]), neighbour(places[block][2])};
+}
+
+// The first row and column, for blocks that are predicted from this one.
+void PictureDecoder::remember(int block, const std::int16_t* coefficients) {
+  Macroblock& here = macroblocks_[std::size_t(mb_)];
+  for (int i = 1; i < 8; ++i) {
+    here.row[block][i] = coefficients[i];
+    here.column[block][i] = coefficients[8 * i];
+  }
+}
+
+// Coefficients with prediction of DC and AC (7.4.3).
+void PictureDecoder::texture(const Syntax& syntax, int block, std::int16_t* coefficients) {
+  const Neighbours near = neighboursOf(block);
+  const bool fromAbove =
+      std::abs(near.left.dc() - near.aboveLeft.dc()) < std::abs(near.aboveLeft.dc() - near.above.dc());
+  const Neighbour& from = fromAbove ? near.above : near.left;
+
+  if (syntax.dcCodes && layer_.dataPartitioned)
+    coefficients[0] = syntax.dc[block];
+  else if (syntax.dcCodes)
+    in_->library("no code of a DC", [&](const std::uint8_t** pointer, std::int32_t* offset) {
+      return zvpiDecodeDCIntra_MPEG4_1u16s(pointer, offset, coefficients, block >= 4);
+    });
+  if (syntax.pattern >> (5 - block) & 1) {
+    const int scan = !syntax.acPrediction ? 0 : fromAbove ? 2 : 1;
+    in_->library("no code of coefficients", [&](const std::uint8_t** pointer, std::int32_t* offset) {
+      std::int32_t last;
+      return zvpiDecodeCoeffsIntra_MPEG4_1u16s(pointer, offset, coefficients, &last, layer_.reversible, syntax.dcCodes,
+                                               scan);
+    });
+  }
+  const auto limited = [](int level) { return std::int16_t(std::clamp(level, -2048, 2047)); };
+  const int scaler = dcScaler(block < 4, syntax.quantizer);
+  coefficients[0] = limited(coefficients[0] + divideRounded(from.dc(), scaler));
+  macroblocks_[std::size_t(mb_)].dc[block] = limited(coefficients[0] * scaler);
+  if (syntax.acPrediction && from.mb)
+    for (int i = 1; i < 8; ++i) {
+      const int there = fromAbove ? from.mb->row[from.block][i] : from.mb->column[from.block][i];
+      std::int16_t& level = coefficients[fromAbove ? i : 8 * i];
+      level = limited(level + divideRounded(there * from.mb->quantizer, syntax.quantizer));
+    }
+  remember(block, coefficients);
+  checkLibrary(zvpiQuantInvIntra_MPEG4_16s_C1I(coefficients, 63, intraContext_.data(), syntax.quantizer, block >= 4));
+}
+
+void PictureDecoder::h263Texture(const Syntax& syntax, int block, std::int16_t* coefficients) {
+  in_->library("no code of coefficients", [&](const std::uint8_t** pointer, std::int32_t* offset) {
+    std::int32_t last;
+    return zvpiReconstructCoeffsIntra_H263_1u16s(pointer, offset, coefficients, &last,
+                                                 syntax.pattern >> (5 - block) & 1, quantizerOf(syntax, block), 0, 0,
+                                                 header_.modifiedQuantization);
+  });
+}
+
+// With Annex I of H.263 coefficients are predicted after dequantization (I.3).
+void PictureDecoder::advancedTexture(const Syntax& syntax, int block, std::int16_t* coefficients) {
+  if (syntax.pattern >> (5 - block) & 1) {
+    const int scan = !syntax.acPrediction ? 0 : syntax.fromLeft ? 1 : 2;
+    in_->library("no code of coefficients", [&](const std::uint8_t** pointer, std::int32_t* offset) {
+      std::int32_t last;
+      return zvpiReconstructCoeffsIntra_H263_1u16s(pointer, offset, coefficients, &last, 1, quantizerOf(syntax, block),
+                                                   1, scan, header_.modifiedQuantization);
+    });
+  }
+  const Neighbours near = neighboursOf(block);
+  int dc;
+  if (syntax.acPrediction) {
+    const Neighbour& from = syntax.fromLeft ? near.left : near.above;
+    dc = from.dc();
+    if (from.mb)
+      for (int i = 1; i < 8; ++i) {
+        const int there = syntax.fromLeft ? from.mb->column[from.block][i] : from.mb->row[from.block][i];
+        std::int16_t& coefficient = coefficients[syntax.fromLeft ? 8 * i : i];
+        coefficient = std::int16_t(std::clamp(coefficient + there, -2048, 2047));
+      }
+  } else if (near.left.mb && near.above.mb) {
+    dc = (near.left.dc() + near.above.dc()) / 2;
+  } else {
+    dc = near.left.mb ? near.left.dc() : near.above.dc();
+  }
+  coefficients[0] = std::int16_t(std::clamp((coefficients[0] + dc) | 1, 0, 2047));
+  macroblocks_[std::size_t(mb_)].dc[block] = coefficients[0];
+  remember(block, coefficients);
+}
+
+// Annex J of H.263: edges of blocks are smoothed across, first those between rows of blocks, then those between columns.
+void PictureDecoder::deblock() {
+  static constexpr int strengths[32] = {0, 1, 1, 2, 2, 3, 3, 4, 4, 4,  5,  5,  6,  6,  7,  7,
+                                        7, 8, 8, 8, 9, 9, 9, 10, 10, 10, 11, 11, 11, 12, 12, 12};
+  // Four samples across an edge, which lies in front of the third.
+  const auto filter = [](std::uint8_t* edge, std::ptrdiff_t across, int strength) {
+    const int a = edge[-2 * across], b = edge[-across], c = edge[0], d = edge[across];
+    const int difference = (a - 4 * b + 4 * c - d) / 8, size = std::abs(difference);
+    const int ramp = std::max(0, size - std::max(0, 2 * (size - strength)));
+    const int change = difference < 0 ? -ramp : ramp;
+    const int outer = std::clamp((a - d) / 4, -(ramp / 2), ramp / 2);
+    edge[-2 * across] = std::uint8_t(a - outer);
+    edge[-across] = std::uint8_t(std::clamp(b + change, 0, 255));
+    edge[0] = std::uint8_t(std::clamp(c - change, 0, 255));
+    edge[across] = std::uint8_t(d + outer);
+  };
+  for (int direction = 0; direction < 2; ++direction)
+    for (int plane = 0; plane < 3; ++plane) {
+      const int blocks = plane == 0 ? 2 : 1;  // of a macroblock, along a side
+      const std::ptrdiff_t step = frame_->step(plane);
+      for (int y = 0; y < blocks * layer_.heightMbs(); ++y)
+        for (int x = 0; x < blocks * widthMbs_; ++x) {
+          if ((direction == 0 ? y : x) == 0) continue;
+          const int here = y / blocks * widthMbs_ + x / blocks;
+          const int before = direction == 0 ? (y - 1) / blocks * widthMbs_ + x / blocks
+                                            : y / blocks * widthMbs_ + (x - 1) / blocks;
+          const bool hereCoded = !frame_->motion[std::size_t(here)].skipped;
+          if (!hereCoded && frame_->motion[std::size_t(before)].skipped) continue;
+          Syntax syntax;
+          syntax.quantizer = macroblocks_[std::size_t(hereCoded ? here : before)].quantizer;
+          const int strength = strengths[quantizerOf(syntax, plane == 0 ? 0 : 4)];
+          std::uint8_t* edge = frame_->at(plane, 8 * x, 8 * y);
+          for (int i = 0; i < 8; ++i)
+            filter(edge + i * (direction == 0 ? 1 : step), direction == 0 ? step : 1, strength);
+        }
+    }
 }
 
 }  // namespace mpeg4

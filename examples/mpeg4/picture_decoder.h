@@ -33,6 +33,7 @@ class PictureDecoder {
     int pattern = 0;  // 32 the first block of luma, 1 Cr
     int quantizer = 1;
     bool acPrediction = false, dcCodes = true;
+    bool fromLeft = false;  // where Annex I of H.263 predicts from
     std::int16_t dc[6] = {};  // differences that came ahead of the coefficients
   };
   // What neighbours look at.
@@ -40,8 +41,9 @@ class PictureDecoder {
     std::uint32_t packet = 0;  // nothing is predicted across packets
     bool intra = false;
     int quantizer = 1;
-    std::int16_t dc[6] = {};  // dequantized
-    std::int16_t column[6][8] = {}, row[6][8] = {};  // the first of the block, quantized
+    // The DC, dequantized, and the first column and row of the block, quantized; with Annex I of H.263 dequantized.
+    std::int16_t dc[6] = {};
+    std::int16_t column[6][8] = {}, row[6][8] = {};
   };
 
   void vop();
@@ -73,7 +75,23 @@ class PictureDecoder {
   }
 
   void reconstruct(const Syntax& syntax);
+  // The blocks left, above left and above that an intra block may be predicted from.
+  struct Neighbour {
+    const Macroblock* mb = nullptr;  // null: there is none
+    int block = 0;
+    int dc() const { return mb ? mb->dc[block] : 1024; }
+  };
+  struct Neighbours {
+    Neighbour left, aboveLeft, above;
+  };
+  Neighbours neighboursOf(int block) const;
+  void remember(int block, const std::int16_t* coefficients);
   void intraBlock(const Syntax& syntax, int block);
+  void texture(const Syntax& syntax, int block, std::int16_t* coefficients);
+  void advancedTexture(const Syntax& syntax, int block, std::int16_t* coefficients);
+  void h263Texture(const Syntax& syntax, int block, std::int16_t* coefficients);
+  int quantizerOf(const Syntax& syntax, int block) const;
+  void deblock();
   void interBlock(const Syntax& syntax, int block);
   void predict(const Frame& from, const Vector (&vectors)[4], bool average);
   void checkLibrary(std::int32_t status) const;

@@ -82,6 +82,10 @@ const Stream streams[] = {
     {"H263In3gp", "176x144", "coded.3gp", "-c:v h263 -q:v 4"},
     {"H263InAvi", "176x144", "coded.avi", "-c:v h263 -q:v 4"},
     {"H263Plus", "200x120", "coded.h263", "-c:v h263p -q:v 4"},
+    {"H263PlusAdvancedIntraAndModifiedQuantization", "352x288", "coded.h263", "-c:v h263p -flags +aic+bitexact -q:v 4"},
+    {"H263PlusAdvancedIntraCoarse", "176x144", "coded.h263", "-c:v h263p -flags +aic+bitexact -q:v 20"},
+    {"H263PlusDeblocking", "352x288", "coded.h263", "-c:v h263p -flags +loop+mv4+bitexact -q:v 9"},
+    {"H263PlusOfAll", "200x120", "coded.h263", "-c:v h263p -umv 1 -flags +loop+mv4+aic+bitexact -q:v 12"},
     {"H263PlusUnrestricted", "352x288", "coded.h263", "-c:v h263p -umv 1 -q:v 4"},
 };
 
