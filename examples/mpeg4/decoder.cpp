@@ -25,14 +25,18 @@ enum StartCode : unsigned {
 
 class StreamDecoder final : public video::Decoder {
  public:
-  explicit StreamDecoder(bool h263)
-      : h263_(h263), splitter_(h263 ? video::UnitSplitter(0xFC, 0x80, 2) : video::UnitSplitter()) {}
+  explicit StreamDecoder(bool h263) {
+    if (h263) beH263();
+  }
 
   void configure(std::span<const std::uint8_t> parameters) override {
     if (!h263_) decode({parameters, 0, true}, {});
+    started_ = false;
   }
   void decode(const Packet& packet, const PictureSink& sink) override {
     guarded([&] {
+      if (!started_ && looksLikeH263(packet.data)) beH263();
+      started_ = true;
       splitter_.add(packet.data, packet.position);
       units(packet.wholeUnits, sink);
     });
@@ -59,10 +63,21 @@ class StreamDecoder final : public video::Decoder {
     std::int64_t position;
     while (splitter_.next(dataEndUnit, bytes, position)) {
       if (bytes.empty()) continue;
+      if (!h263_ && !layer_ && bytes[0] < firstLayer && looksLikeH263(bytes.subspan(1))) {
+        // A video object of short headers: what follows are pictures of H.263.
+        const std::vector<std::uint8_t> pictures(bytes.begin() + 1, bytes.end());
+        beH263();
+        splitter_.add(pictures, position + 1);
+        continue;
+      }
       unit_.load(bytes, position);
       if (h263_) h263Unit(sink);
       else unit(sink);
     }
+  }
+  void beH263() {
+    h263_ = true;
+    splitter_ = video::UnitSplitter(0xFC, 0x80, 2);
   }
   void unit(const PictureSink& sink);
   void h263Unit(const PictureSink& sink);
@@ -75,7 +90,8 @@ class StreamDecoder final : public video::Decoder {
     waits_ = false;
   }
 
-  bool h263_;
+  bool h263_ = false;
+  bool started_ = false;  // a packet has come
   bool failed_ = false;
   video::UnitSplitter splitter_;
   Unit unit_;
@@ -104,8 +120,6 @@ void StreamDecoder::unit(const PictureSink& sink) {
     seconds_ = parseGroupTime(unit_);
   } else if (code == vop) {
     vopUnit(sink);
-  } else if (code < firstLayer && unit_.peek(22) == 0x20) {
-    unit_.unsupported("short headers behind a video object's start code");
   }
 }
 

@@ -188,6 +188,20 @@ TEST(H263Pieces, OfAnySizeGiveTheSamePictures) {
   }
 }
 
+TEST(Mpeg4ShortHeaders, AreH263) {
+  ZVP_NEED_PROGRAM("ffmpeg");
+  const TemporaryDirectory scratch;
+  makeMpeg4("176x144", 5, "-c:v h263 -q:v 6", scratch / "coded.h263");
+  Bytes stream = readFile(scratch / "coded.h263");
+  const std::string md5 = md5Of(decodeH263(stream).pictures);
+  EXPECT_EQ(md5Of(decodeMpeg4(stream).pictures), md5);
+  stream.insert(stream.begin(), {0, 0, 1, 0});  // a video object
+  const Decoded decoded = decodeMpeg4(stream, 1000);
+  EXPECT_FALSE(decoded.failed) << decoded.error;
+  EXPECT_EQ(decoded.pictures.size(), 5u);
+  EXPECT_EQ(md5Of(decoded.pictures), md5);
+}
+
 TEST(Mpeg4Refusals, NameWhatIsMissing) {
   ZVP_NEED_PROGRAM("ffmpeg");
   const TemporaryDirectory scratch;
