@@ -45,7 +45,7 @@ template <unsigned longest> class Vlc {
 enum class MbType { Inter, InterQ, Inter4V, Intra, IntraQ, Inter4VQ };
 
 inline constexpr int mcbpcStuffing = 127;
-extern const Vlc<9> mcbpcOfI;     // 4 * MbType + pattern: 2 Cb, 1 Cr
+extern const Vlc<9> mcbpcOfI;  // 4 * MbType + pattern: 2 Cb, 1 Cr
 extern const Vlc<13> mcbpcOfP;
 extern const Vlc<6> cbpyOfIntra;  // 8 the first block of luma, 1 the last; of inter macroblocks all are inverted
 extern const Vlc<13> motionCode;

@@ -71,8 +71,10 @@ class StreamDecoder final : public video::Decoder {
         continue;
       }
       unit_.load(bytes, position);
-      if (h263_) h263Unit(sink);
-      else unit(sink);
+      if (h263_)
+        h263Unit(sink);
+      else
+        unit(sink);
     }
   }
   void beH263() {
@@ -98,13 +100,12 @@ class StreamDecoder final : public video::Decoder {
   VisualObject object_;
   std::optional<Layer> layer_;
   H263Options options_;
-  std::string tools_;
   PictureDecoder pictures_;
 
   std::unique_ptr<Frame> latest_, previous_, spare_;  // the last two reference pictures, and one to be filled
   bool waits_ = false;
   bool reordered_ = true;  // pictures may come in another order than that of their display
-  // In ticks of the layer; seconds_ counts those of the latest reference picture, previousSeconds_ of the one before.
+  // The second from which the next reference picture counts, and that of the one before; the times of both in ticks.
   std::int64_t seconds_ = 0, previousSeconds_ = 0, latestTime_ = 0, previousTime_ = 0;
 };
 
@@ -213,8 +214,8 @@ std::unique_ptr<video::Decoder> makeDecoder() { return std::make_unique<StreamDe
 std::unique_ptr<video::Decoder> makeH263Decoder() { return std::make_unique<StreamDecoder>(true); }
 
 bool looksLikeStream(std::span<const std::uint8_t> data) {
-  // The start code of a visual object sequence, a visual object, a video object, a layer, a group or a VOP. Video object
-  // codes are those of slices in MPEG-1/2, so a layer must follow.
+  // The start code of a visual object sequence, a visual object, a video object, a layer, a group or a VOP. Video
+  // object codes are those of slices in MPEG-1/2, so a layer must follow.
   if (data.size() < 5 || data[0] != 0 || data[1] != 0 || data[2] != 1) return false;
   const unsigned code = data[3];
   if (code == visualSequence || code == visualObject) return true;

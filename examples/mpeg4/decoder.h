@@ -1,5 +1,5 @@
-// The decoder of MPEG-4 Visual (ISO/IEC 14496-2): Simple profile, and B-VOPs and quantization matrices of Advanced Simple;
-// and of ITU-T H.263 baseline, which is MPEG-4's short header, with some of its annexes.
+// The decoders of MPEG-4 Visual (ISO/IEC 14496-2), Simple profile with B-VOPs and quantization matrices of Advanced
+// Simple, and of ITU-T H.263 baseline, which is MPEG-4's short header, with Annexes D, I, J and T.
 #pragma once
 
 #include <memory>

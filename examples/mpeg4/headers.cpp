@@ -74,7 +74,6 @@ Layer parseLayer(Unit& in, const VisualObject& object) {
   if (in.flag()) {  // vol_control_parameters
     in.skip(2);
     layer.lowDelay = in.flag();
-    layer.lowDelayTold = true;
     if (in.flag()) in.skip(79);
   }
   if (in.bits(2) != 0) in.unsupported("shapes that are not rectangles");
@@ -266,11 +265,13 @@ PictureHeader parseH263(Unit& in, Layer& layer, H263Options& options) {
 std::string profileName(int profileAndLevel) {
   const int low = profileAndLevel & 15;
   switch (profileAndLevel >> 4) {
-    case 0: return low == 8 ? "Simple, level 0" : low == 9 ? "Simple, level 0b" : "Simple, level " + std::to_string(low);
+    case 0:
+      return low == 8 ? "Simple, level 0" : low == 9 ? "Simple, level 0b" : "Simple, level " + std::to_string(low);
     case 15:
       if (low < 8) return "Advanced Simple, level " + std::to_string(low == 7 ? 3 : low) + (low == 7 ? "b" : "");
       break;
-    default: break;
+    default:
+      break;
   }
   return "number " + std::to_string(profileAndLevel);
 }

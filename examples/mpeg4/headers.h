@@ -1,5 +1,5 @@
-// Headers: visual object, video object layer, group and plane of ISO/IEC 14496-2 (6.2.2 to 6.2.5), and pictures of ITU-T
-// H.263 (5.1), of which the short header of MPEG-4 is the smallest kind.
+// Headers: visual object, video object layer, group and plane of ISO/IEC 14496-2 (6.2.2 to 6.2.5), and pictures of
+// ITU-T H.263 (5.1), of which the short header of MPEG-4 is the smallest kind.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ struct Layer {
   // Video object layer.
   int ticks = 1;     // a second has so many
   int tickBits = 1;  // of vop_time_increment
-  bool lowDelay = false, lowDelayTold = false;
+  bool lowDelay = false;
   bool mpegQuantization = false;
   std::array<std::uint8_t, 64> intraMatrix{}, interMatrix{};
   bool resyncMarkers = false, dataPartitioned = false, reversible = false;
@@ -46,7 +46,7 @@ struct PictureHeader {
 
   // H.263.
   int temporalReference = 0;
-  bool plus = false;          // PLUSPTYPE
+  bool plus = false;                  // PLUSPTYPE
   bool unrestricted = false;          // Annex D
   bool advancedIntra = false;         // Annex I
   bool deblocking = false;            // Annex J

@@ -68,8 +68,10 @@ void PictureDecoder::decode(Unit& in, const PictureHeader& header, Frame& frame,
   quantizer_ = header.quantizer;
   mb_ = 0;
   ++packet_;
-  if (layer_.h263) h263Picture();
-  else vop();
+  if (layer_.h263)
+    h263Picture();
+  else
+    vop();
   if (header.deblocking) deblock();
 }
 
@@ -82,8 +84,10 @@ void PictureDecoder::checkLibrary(std::int32_t status) const {
 void PictureDecoder::vop() {
   for (;;) {
     lastForward_ = lastBackward_ = {};
-    if (layer_.dataPartitioned && header_.type != PictureType::B) partitionedPacket();
-    else combinedPacket();
+    if (layer_.dataPartitioned && header_.type != PictureType::B)
+      partitionedPacket();
+    else
+      combinedPacket();
     in_->check();
     if (mb_ == count_) return;
     packetHeader();
@@ -137,8 +141,10 @@ void PictureDecoder::packetHeader() {
 void PictureDecoder::combinedPacket() {
   do {
     begin(mb_);
-    if (header_.type == PictureType::B) bMacroblock();
-    else interMacroblock();
+    if (header_.type == PictureType::B)
+      bMacroblock();
+    else
+      interMacroblock();
     in_->check();
     ++mb_;
   } while (mb_ < count_ && !resyncMarkerAhead());
@@ -409,8 +415,10 @@ void PictureDecoder::reconstruct(const Syntax& syntax) {
   macroblocks_[std::size_t(mb_)].quantizer = syntax.quantizer;
   if (!syntax.intra) predict(*references_.forward, frame_->motion[std::size_t(mb_)].vectors, false);
   for (int block = 0; block < 6; ++block) {
-    if (syntax.intra) intraBlock(syntax, block);
-    else if (syntax.pattern >> (5 - block) & 1) interBlock(syntax, block);
+    if (syntax.intra)
+      intraBlock(syntax, block);
+    else if (syntax.pattern >> (5 - block) & 1)
+      interBlock(syntax, block);
   }
 }
 
@@ -465,9 +473,12 @@ int PictureDecoder::quantizerOf(const Syntax& syntax, int block) const {
 
 void PictureDecoder::intraBlock(const Syntax& syntax, int block) {
   std::int16_t coefficients[64] = {};
-  if (!layer_.h263) texture(syntax, block, coefficients);
-  else if (header_.advancedIntra) advancedTexture(syntax, block, coefficients);
-  else h263Texture(syntax, block, coefficients);
+  if (!layer_.h263)
+    texture(syntax, block, coefficients);
+  else if (header_.advancedIntra)
+    advancedTexture(syntax, block, coefficients);
+  else
+    h263Texture(syntax, block, coefficients);
   zvpiDCT8x8Inv_16s_C1I(coefficients);
   std::uint8_t* to = place(block);
   for (int y = 0; y < 8; ++y) std::memset(to + y * std::ptrdiff_t(step(block)), 0, 8);
@@ -478,9 +489,9 @@ PictureDecoder::Neighbours PictureDecoder::neighboursOf(int block) const {
   struct Place {
     int x, y, block;
   };
-  static constexpr Place places[6][3] = {
-      {{-1, 0, 1}, {-1, -1, 3}, {0, -1, 2}}, {{0, 0, 0}, {0, -1, 2}, {0, -1, 3}},   {{-1, 0, 3}, {-1, 0, 1}, {0, 0, 0}},
-      {{0, 0, 2}, {0, 0, 0}, {0, 0, 1}},     {{-1, 0, 4}, {-1, -1, 4}, {0, -1, 4}}, {{-1, 0, 5}, {-1, -1, 5}, {0, -1, 5}}};
+  static constexpr Place places[6][3] = {{{-1, 0, 1}, {-1, -1, 3}, {0, -1, 2}}, {{0, 0, 0}, {0, -1, 2}, {0, -1, 3}},
+                                         {{-1, 0, 3}, {-1, 0, 1}, {0, 0, 0}},   {{0, 0, 2}, {0, 0, 0}, {0, 0, 1}},
+                                         {{-1, 0, 4}, {-1, -1, 4}, {0, -1, 4}}, {{-1, 0, 5}, {-1, -1, 5}, {0, -1, 5}}};
   const auto neighbour = [&](const Place& place) {
     const int x = mbX_ + place.x, y = mbY_ + place.y;
     const Macroblock* there = x < 0 || y < 0 ? nullptr : &macroblocks_[std::size_t(y * widthMbs_ + x)];
@@ -574,9 +585,10 @@ void PictureDecoder::advancedTexture(const Syntax& syntax, int block, std::int16
   remember(block, coefficients);
 }
 
-// Annex J of H.263: edges of blocks are smoothed across, first those between rows of blocks, then those between columns.
+// Annex J of H.263: edges of blocks are smoothed across, first those between rows of blocks, then those between
+// columns.
 void PictureDecoder::deblock() {
-  static constexpr int strengths[32] = {0, 1, 1, 2, 2, 3, 3, 4, 4, 4,  5,  5,  6,  6,  7,  7,
+  static constexpr int strengths[32] = {0, 1, 1, 2, 2, 3, 3, 4,  4,  4,  5,  5,  6,  6,  7,  7,
                                         7, 8, 8, 8, 9, 9, 9, 10, 10, 10, 11, 11, 11, 12, 12, 12};
   // Four samples across an edge, which lies in front of the third.
   const auto filter = [](std::uint8_t* edge, std::ptrdiff_t across, int strength) {
@@ -598,8 +610,8 @@ void PictureDecoder::deblock() {
         for (int x = 0; x < blocks * widthMbs_; ++x) {
           if ((direction == 0 ? y : x) == 0) continue;
           const int here = y / blocks * widthMbs_ + x / blocks;
-          const int before = direction == 0 ? (y - 1) / blocks * widthMbs_ + x / blocks
-                                            : y / blocks * widthMbs_ + (x - 1) / blocks;
+          const int before =
+              direction == 0 ? (y - 1) / blocks * widthMbs_ + x / blocks : y / blocks * widthMbs_ + (x - 1) / blocks;
           const bool hereCoded = !frame_->motion[std::size_t(here)].skipped;
           if (!hereCoded && frame_->motion[std::size_t(before)].skipped) continue;
           Syntax syntax;

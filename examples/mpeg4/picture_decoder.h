@@ -33,7 +33,7 @@ class PictureDecoder {
     int pattern = 0;  // 32 the first block of luma, 1 Cr
     int quantizer = 1;
     bool acPrediction = false, dcCodes = true;
-    bool fromLeft = false;  // where Annex I of H.263 predicts from
+    bool fromLeft = false;    // where Annex I of H.263 predicts from
     std::int16_t dc[6] = {};  // differences that came ahead of the coefficients
   };
   // What neighbours look at.

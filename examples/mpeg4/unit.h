@@ -1,5 +1,5 @@
-// What stands between two start codes, and the reader of its bits. The bytes are copied behind themselves with zeros, so
-// that the library's readers, which are told no length, find slack: no code of theirs goes on through zeros.
+// What stands between two start codes, and the reader of its bits. The bytes are copied behind themselves with zeros,
+// so that the library's readers, which are told no length, find slack: no code of theirs goes on through zeros.
 #pragma once
 
 #include <cstdint>

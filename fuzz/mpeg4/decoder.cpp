@@ -1,10 +1,10 @@
-// The decoders of MPEG-4 Visual and H.263 of the examples on any bytes: no crash, no endless loop, errors that lie within
-// the input. An input that begins like a picture of H.263 goes to its decoder.
+// The decoders of MPEG-4 Visual and H.263 of the examples on any bytes: no crash, no endless loop, errors that lie
+// within the input. An input that begins like a picture of H.263 goes to its decoder.
+#include "mpeg4/decoder.h"
+
 #include <cstdlib>
 #include <span>
 #include <vector>
-
-#include "mpeg4/decoder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const bool h263 = mpeg4::looksLikeH263(std::span(data, size));

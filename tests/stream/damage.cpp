@@ -250,7 +250,7 @@ TEST(DamagedH263, EndsInAnError) {
   ZVP_NEED_PROGRAM("ffmpeg");
   const TemporaryDirectory scratch;
   int kind = 0;
-  for (const char* options : {"h263 -q:v 6 -ps 200", "h263p -umv 1 -q:v 6"}) {
+  for (const char* options : {"h263 -q:v 6 -ps 200", "h263p -umv 1 -flags +loop+mv4 -q:v 6", "h263p -flags +aic -q:v 6"}) {
     SCOPED_TRACE(options);
     makeMpeg4("176x144", 8, std::string("-c:v ") + options, scratch / "coded.h263");
     decodeMutations(readFile(scratch / "coded.h263"), h263Codec, rounds(mutations / 2),

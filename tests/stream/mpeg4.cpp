@@ -26,8 +26,8 @@ double wholePsnr(const Bytes& a, const Bytes& b) {
   return sum == 0 ? INFINITY : 10 * std::log10(65025.0 * double(a.size()) / sum);
 }
 
-// No sample of the first picture that differs may be further from ffmpeg's than 3: two transforms differ by one, and what
-// is predicted from that by little more.
+// No sample of the first picture that differs may be further from ffmpeg's than 3: two transforms differ by one, and
+// what is predicted from that by little more.
 void expectNear(const std::vector<StoredPicture>& actual, const std::vector<Bytes>& expected, double least) {
   expectAlike(actual, expected, least);
   for (std::size_t i = 0; i < std::min(actual.size(), expected.size()); ++i) {
@@ -63,9 +63,11 @@ const Stream streams[] = {
     {"Matrices", "352x288", "coded.m4v", "-c:v mpeg4 -q:v 5 -mpeg_quant 1"},
     {"MatricesOfItsOwn", "176x144", "coded.m4v",
      "-c:v mpeg4 -q:v 3 -mpeg_quant 1 -bf 1 -intra_matrix "
-     "8,9,10,11,12,13,14,15,9,10,11,12,13,14,15,16,10,11,12,13,14,15,16,17,11,12,13,14,15,16,17,18,12,13,14,15,16,17,18,"
+     "8,9,10,11,12,13,14,15,9,10,11,12,13,14,15,16,10,11,12,13,14,15,16,17,11,12,13,14,15,16,17,18,12,13,14,15,16,17,"
+     "18,"
      "19,13,14,15,16,17,18,19,20,14,15,16,17,18,19,20,21,15,16,17,18,19,20,21,99"},
-    {"MatricesAndMore", "350x286", "coded.m4v", "-c:v mpeg4 -q:v 2 -bf 3 -mpeg_quant 1 -flags +mv4+aic+bitexact -ps 400"},
+    {"MatricesAndMore", "350x286", "coded.m4v",
+     "-c:v mpeg4 -q:v 2 -bf 3 -mpeg_quant 1 -flags +mv4+aic+bitexact -ps 400"},
     {"Packets", "352x288", "coded.m4v", "-c:v mpeg4 -q:v 4 -ps 300 -bf 2"},
     {"PacketsOfSkippedMacroblocks", "352x288", "coded.m4v", "-c:v mpeg4 -q:v 31 -bf 2 -ps 30"},
     {"Partitions", "352x288", "coded.m4v", "-c:v mpeg4 -q:v 4 -ps 400 -data_partitioning 1"},
@@ -242,7 +244,8 @@ TEST(Mpeg4Damage, EndsInAnErrorThatTellsWhere) {
   std::size_t vops = 0, second = 0;
   for (std::size_t i = 0; i + 4 < stream.size() && vops < 2; ++i)
     if (stream[i] == 0 && stream[i + 1] == 0 && stream[i + 2] == 1 && stream[i + 3] == 0xB6) {
-      if (++vops == 1) second = i;
+      if (++vops == 1)
+        second = i;
       else {
         Bytes cut(stream.begin(), stream.begin() + std::ptrdiff_t(second));
         cut.insert(cut.end(), stream.begin() + std::ptrdiff_t(i), stream.end());

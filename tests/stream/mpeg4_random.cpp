@@ -1,6 +1,6 @@
-// What no encoder at hand writes: partitioned packets of MPEG-4 with reversible codes, DCs among the other coefficients,
-// quantizers that change in any place. Random macroblocks are written here with the library's encoders of coefficients,
-// and decoded by the decoder of the examples and by ffmpeg.
+// What no encoder at hand writes: partitioned packets of MPEG-4 with reversible codes, DCs among the other
+// coefficients, quantizers that change in any place. Random macroblocks are written here with the library's encoders of
+// coefficients, and decoded by the decoder of the examples and by ffmpeg.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -25,8 +25,7 @@ class StreamWriter {
   explicit StreamWriter(Packets packets, std::uint64_t seed)
       : rng_(seed), partitioned_(packets != Packets::Combined), reversible_(packets == Packets::Reversible) {
     for (const CsvRow& row : readTable("mpeg4_mcbpc"))
-      if (!row.at("mb_type").empty())
-        mcbpc_[row.at("vop") + row.at("mb_type") + row.at("cbpc")] = row.at("code_bits");
+      if (!row.at("mb_type").empty()) mcbpc_[row.at("vop") + row.at("mb_type") + row.at("cbpc")] = row.at("code_bits");
     for (const CsvRow& row : readTable("mpeg4_cbpy")) cbpy_[row.at("cbpy_intra")] = row.at("code_bits");
     for (const CsvRow& row : readTable("mpeg4_mvd")) motion_[row.at("motion_code")] = row.at("code_bits");
   }
@@ -58,13 +57,23 @@ class StreamWriter {
 
   void layer() {
     put(0, 1 + 8 + 1);
-    put("0001" "0" "00" "1");
+    put("0001"
+        "0"
+        "00"
+        "1");
     put(25, 16);
     put("101");
     put(16 * widthMbs, 13);
     put("1");
     put(16 * heightMbs, 13);
-    put("1" "0" "1" "0" "0" "0" "1" "0");
+    put("1"
+        "0"
+        "1"
+        "0"
+        "0"
+        "0"
+        "1"
+        "0");
     put(partitioned_, 1);
     if (partitioned_) put(reversible_, 1);
     put("0");
@@ -160,8 +169,10 @@ class StreamWriter {
       third += blocks;
     }
     if (!partitioned_) return;
-    if (predicted_) put(0x1F001, 17);
-    else put(0x6B001, 19);
+    if (predicted_)
+      put(0x1F001, 17);
+    else
+      put(0x6B001, 19);
     put(second);
     put(third);
   }
@@ -176,7 +187,8 @@ class StreamWriter {
     for (int wanted = rng_.range(1, rng_.chance(4) ? 20 : 4); wanted > 0; --wanted) {
       const int at = rng_.chance(3) ? rng_.range(1, 63) : rng_.range(1, 12);
       if (block[at] != 0) continue;
-      const int level = rng_.chance(8) ? std::max(1, 120 / quantizer_ - rng_.range(0, 15)) : rng_.range(1, 1 + 4 / quantizer_);
+      const int level =
+          rng_.chance(8) ? std::max(1, 120 / quantizer_ - rng_.range(0, 15)) : rng_.range(1, 1 + 4 / quantizer_);
       block[at] = std::int16_t(rng_.chance(2) ? level : -level);
       ++events;
     }
@@ -193,7 +205,8 @@ class StreamWriter {
     std::int32_t offset = 0;
     EXPECT_EQ(write(&to, &offset), zvpStatusOk);
     std::string digits;
-    for (std::ptrdiff_t i = 0; i < 8 * (to - bytes) + offset; ++i) digits += bytes[i / 8] >> (7 - i % 8) & 1 ? '1' : '0';
+    for (std::ptrdiff_t i = 0; i < 8 * (to - bytes) + offset; ++i)
+      digits += bytes[i / 8] >> (7 - i % 8) & 1 ? '1' : '0';
     return digits;
   }
 

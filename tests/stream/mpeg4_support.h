@@ -9,8 +9,8 @@
 
 namespace zvptest {
 
-// Encodes pictures of a filmed scene, with a short distance between intra pictures. The file's ending chooses between an
-// elementary stream (.m4v, .h263) and a container.
+// Encodes pictures of a filmed scene, with a short distance between intra pictures. The file's ending chooses between
+// an elementary stream (.m4v, .h263) and a container.
 void makeMpeg4(const std::string& size, int frames, const std::string& options, const std::filesystem::path& file);
 
 // All pictures of an elementary stream as ffmpeg decodes them, in I420.
