@@ -107,6 +107,7 @@ class StreamDecoder final : public video::Decoder {
   bool reordered_ = true;  // pictures may come in another order than that of their display
   // The second from which the next reference picture counts, and that of the one before; the times of both in ticks.
   std::int64_t seconds_ = 0, previousSeconds_ = 0, latestTime_ = 0, previousTime_ = 0;
+  std::int64_t frameTicks_ = 0;  // of a frame, as the first B-VOP tells
 };
 
 void StreamDecoder::unit(const PictureSink& sink) {
@@ -172,6 +173,11 @@ void StreamDecoder::picture(const PictureHeader& header, const PictureSink& sink
         unit_.damaged("a B-VOP does not lie between its reference pictures");
       references.distance = int(distance);
       references.distanceOfBoth = int(distanceOfBoth);
+      // Distances in fields count frames, of which the first B-VOP tells the length.
+      if (frameTicks_ == 0) frameTicks_ = distance;
+      const auto frames = [this](std::int64_t ticks) { return (ticks + frameTicks_ / 2) / frameTicks_; };
+      references.fieldDistance = int(2 * (frames(time) - frames(previousTime_)));
+      references.fieldDistanceOfBoth = int(2 * (frames(latestTime_) - frames(previousTime_)));
       references.forward = previous_.get();
       references.backward = latest_.get();
     }

@@ -1,5 +1,5 @@
-// The decoders of MPEG-4 Visual (ISO/IEC 14496-2), Simple profile with B-VOPs and quantization matrices of Advanced
-// Simple, and of ITU-T H.263 baseline, which is MPEG-4's short header, with Annexes D, I, J and T.
+// The decoders of MPEG-4 Visual (ISO/IEC 14496-2), Simple profile with B-VOPs, quantization matrices and interlaced
+// VOPs of Advanced Simple, and of ITU-T H.263 baseline, which is MPEG-4's short header, with Annexes D, I, J and T.
 #pragma once
 
 #include <memory>

@@ -30,6 +30,13 @@ const std::uint8_t* Frame::reference(int plane, int x, int y, int size) const {
   return planes_[plane] + y * steps_[plane] + x;
 }
 
+const std::uint8_t* Frame::fieldReference(int plane, int x, int y, int size, bool bottom) const {
+  const int shift = plane == 0 ? 0 : 1;
+  x = std::clamp(x, -(size + 1), width_ >> shift);
+  y = std::clamp(y, -(size / 2 + 1), height_ >> shift >> 1);
+  return planes_[plane] + (2 * y + bottom) * steps_[plane] + x;
+}
+
 void Frame::expand() {
   for (int plane = 0; plane < 3; ++plane) {
     const int shift = plane == 0 ? 0 : 1;

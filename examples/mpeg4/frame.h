@@ -20,6 +20,10 @@ struct Vector {
 struct Motion {
   Vector vectors[4];
   bool skipped = false;  // not coded
+  // With field prediction the vectors above are what neighbours are predicted from; these count lines of a field.
+  bool fields = false;
+  Vector ofField[2];        // of the top and of the bottom field
+  bool fromBottom[2] = {};  // which field each is predicted from
 };
 
 class Frame {
@@ -31,6 +35,8 @@ class Frame {
   // The place from which an area of size x size samples, and one row and column more, is predicted. Where all of it
   // lies in repeated samples, one within the margin stands for it.
   const std::uint8_t* reference(int plane, int x, int y, int size) const;
+  // The same for size x size / 2 samples of a field, whose lines y counts.
+  const std::uint8_t* fieldReference(int plane, int x, int y, int size, bool bottom) const;
   // Repeats the edges of the coded area into the margin.
   void expand();
   video::Picture picture() const;

@@ -93,7 +93,7 @@ Layer parseLayer(Unit& in, const VisualObject& object) {
   in.marker();
   in.check();
   checkSize(in, layer);
-  if (in.flag()) in.unsupported("interlaced pictures");
+  layer.interlaced = in.flag();
   if (!in.flag()) in.unsupported("overlapped block motion compensation");
   const unsigned sprite = in.bits(version == 1 ? 1 : 2);
   if (sprite == 1) in.unsupported("sprites");
@@ -112,6 +112,7 @@ Layer parseLayer(Unit& in, const VisualObject& object) {
   layer.resyncMarkers = !in.flag();
   layer.dataPartitioned = in.flag();
   if (layer.dataPartitioned) layer.reversible = in.flag();
+  if (layer.dataPartitioned && layer.interlaced) in.unsupported("data partitioning of interlaced pictures");
   if (version != 1) {
     if (in.flag()) in.unsupported("prediction from newly chosen pictures (NEWPRED)");
     if (in.flag()) in.unsupported("VOPs of reduced resolution");
@@ -145,6 +146,10 @@ PictureHeader parseVop(Unit& in, const Layer& layer) {
   if (header.type == PictureType::S) in.unsupported("S-VOPs without a sprite");
   if (header.type == PictureType::P) header.rounding = in.flag();
   header.intraDcThreshold = int(in.bits(3));
+  if (layer.interlaced) {
+    header.topFieldFirst = in.flag();
+    header.verticalScan = in.flag();
+  }
   header.quantizer = int(in.bits(5));
   if (header.quantizer == 0) in.damaged("the quantizer is 0");
   if (header.type != PictureType::I) header.fcodeForward = int(in.bits(3));

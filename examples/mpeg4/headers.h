@@ -23,6 +23,7 @@ struct Layer {
   int ticks = 1;     // a second has so many
   int tickBits = 1;  // of vop_time_increment
   bool lowDelay = false;
+  bool interlaced = false;
   bool mpegQuantization = false;
   std::array<std::uint8_t, 64> intraMatrix{}, interMatrix{};
   bool resyncMarkers = false, dataPartitioned = false, reversible = false;
@@ -41,7 +42,8 @@ struct PictureHeader {
   int rounding = 0;  // 1: half-sample means round down
   int fcodeForward = 1, fcodeBackward = 1;
   int intraDcThreshold = 0;
-  std::int64_t seconds = 0;  // modulo_time_base, or the time code of a group
+  bool topFieldFirst = false, verticalScan = false;  // of interlaced layers
+  std::int64_t seconds = 0;                          // modulo_time_base, or the time code of a group
   int tick = 0;
 
   // H.263.

@@ -83,7 +83,7 @@ void PictureDecoder::checkLibrary(std::int32_t status) const {
 
 void PictureDecoder::vop() {
   for (;;) {
-    lastForward_ = lastBackward_ = {};
+    resetVectors();
     if (layer_.dataPartitioned && header_.type != PictureType::B)
       partitionedPacket();
     else
@@ -224,7 +224,7 @@ void PictureDecoder::begin(int mb) {
   here.packet = packet_;
   here.intra = false;
   frame_->motion[std::size_t(mb)] = {};
-  if (mbX_ == 0) lastForward_ = lastBackward_ = {};
+  if (mbX_ == 0) resetVectors();
 }
 
 // False if it is not coded.
@@ -286,6 +286,13 @@ void PictureDecoder::interMacroblock() {
     readPattern(syntax);
     syntax.dcCodes = dcCodes();
     readQuantizer(syntax);
+    Motion& motion = frame_->motion[std::size_t(mb_)];
+    if (layer_.interlaced) {
+      if (syntax.intra || syntax.pattern != 0) syntax.fieldDct = in_->flag();
+      if (!syntax.intra && !syntax.fourVectors) motion.fields = in_->flag();
+      if (motion.fields)
+        for (bool& bottom : motion.fromBottom) bottom = in_->flag();
+    }
     if (!syntax.intra) readVectors(syntax);
   }
   reconstruct(syntax);
@@ -360,9 +367,23 @@ Vector PictureDecoder::readVector(Vector predicted, int fcode) {
 
 void PictureDecoder::readVectors(const Syntax& syntax) {
   Motion& motion = frame_->motion[std::size_t(mb_)];
+  if (motion.fields) {
+    const Vector predicted = predictVector(0);
+    readFieldVectors({predicted, predicted}, header_.fcodeForward, motion.ofField);
+    const Vector &top = motion.ofField[0], &bottom = motion.ofField[1];
+    const int x = top.x + bottom.x;
+    std::fill_n(motion.vectors, 4, Vector{std::int16_t(x >> 1 | (x & 1)), std::int16_t(top.y + bottom.y)});
+    return;
+  }
   for (int block = 0; block < (syntax.fourVectors ? 4 : 1); ++block)
     motion.vectors[block] = readVector(predictVector(block), header_.fcodeForward);
   if (!syntax.fourVectors) std::fill_n(motion.vectors + 1, 3, motion.vectors[0]);
+}
+
+// Predictors count lines of the frame, vectors those of a field.
+void PictureDecoder::readFieldVectors(const Vector (&predicted)[2], int fcode, Vector (&vectors)[2]) {
+  for (int field = 0; field < 2; ++field)
+    vectors[field] = readVector({predicted[field].x, std::int16_t(predicted[field].y / 2)}, fcode);
 }
 
 // A macroblock of a B-VOP (6.2.6, 7.6.9).
@@ -374,7 +395,8 @@ void PictureDecoder::bMacroblock() {
     return;
   }
   enum { Direct, Interpolated, Backward, Forward } mode = Direct;
-  Vector delta;
+  Vector delta, forward[4], backward[4], forwardFields[2], backwardFields[2];
+  bool fields = false, forwardBottom[2] = {}, backwardBottom[2] = {};
   if (!in_->flag()) {
     const bool withPattern = !in_->flag();
     const int zeros = std::countl_zero(in_->peek());
@@ -384,27 +406,61 @@ void PictureDecoder::bMacroblock() {
     if (withPattern) syntax.pattern = int(in_->bits(6));
     if (mode != Direct && syntax.pattern != 0 && in_->flag())
       quantizer_ = std::clamp(quantizer_ + (in_->flag() ? 2 : -2), 1, 31);
-    if (mode == Forward || mode == Interpolated) lastForward_ = readVector(lastForward_, header_.fcodeForward);
-    if (mode == Backward || mode == Interpolated) lastBackward_ = readVector(lastBackward_, header_.fcodeBackward);
+    const bool ahead = mode == Forward || mode == Interpolated, back = mode == Backward || mode == Interpolated;
+    if (layer_.interlaced) {
+      if (syntax.pattern != 0) syntax.fieldDct = in_->flag();
+      if (mode != Direct) fields = in_->flag();
+      for (int i = 0; fields && ahead && i < 2; ++i) forwardBottom[i] = in_->flag();
+      for (int i = 0; fields && back && i < 2; ++i) backwardBottom[i] = in_->flag();
+    }
+    const auto read = [&](Vector(&last)[2], int fcode, Vector(&ofFields)[2]) {
+      if (fields) {
+        readFieldVectors(last, fcode, ofFields);
+        for (int i = 0; i < 2; ++i) last[i] = {ofFields[i].x, std::int16_t(2 * ofFields[i].y)};
+      } else {
+        last[0] = last[1] = readVector(last[0], fcode);
+      }
+    };
+    if (ahead) read(lastForward_, header_.fcodeForward, forwardFields);
+    if (back) read(lastBackward_, header_.fcodeBackward, backwardFields);
     if (mode == Direct) delta = readVector({}, 1);
   }
   syntax.quantizer = quantizer_;
-  Vector forward[4], backward[4];
-  std::fill_n(forward, 4, lastForward_);
-  std::fill_n(backward, 4, lastBackward_);
+  std::fill_n(forward, 4, lastForward_[0]);
+  std::fill_n(backward, 4, lastBackward_[0]);
   if (mode == Direct) {
-    const std::int64_t b = references_.distance, d = references_.distanceOfBoth;
-    const auto scaled = [&](int vector, int change, std::int16_t& to, std::int16_t& back) {
-      to = std::int16_t(b * vector / d + change);
-      back = std::int16_t(change == 0 ? (b - d) * vector / d : to - vector);
+    const auto scaled = [&](const Vector& vector, std::int64_t b, std::int64_t d, Vector& to, Vector& back) {
+      const auto component = [&](int of, int change, std::int16_t& toward, std::int16_t& backwards) {
+        toward = std::int16_t(b * of / d + change);
+        backwards = std::int16_t(change == 0 ? (b - d) * of / d : toward - of);
+      };
+      component(vector.x, delta.x, to.x, back.x);
+      component(vector.y, delta.y, to.y, back.y);
     };
-    for (int i = 0; i < 4; ++i) {
-      scaled(there.vectors[i].x, delta.x, forward[i].x, backward[i].x);
-      scaled(there.vectors[i].y, delta.y, forward[i].y, backward[i].y);
+    fields = there.fields;
+    for (int i = 0; fields && i < 2; ++i) {
+      // The fields that a vector leads to and comes from are no whole number of frames apart.
+      const int more = (i - there.fromBottom[i]) * (header_.topFieldFirst ? 1 : -1);
+      const int d = std::max(1, references_.fieldDistanceOfBoth + more);
+      scaled(there.ofField[i], references_.fieldDistance + more, d, forwardFields[i], backwardFields[i]);
+      forwardBottom[i] = there.fromBottom[i];
+      backwardBottom[i] = i == 1;
     }
+    for (int i = 0; !fields && i < 4; ++i)
+      scaled(there.vectors[i], references_.distance, references_.distanceOfBoth, forward[i], backward[i]);
   }
-  if (mode != Backward) predict(*references_.forward, forward, false);
-  if (mode != Forward) predict(*references_.backward, backward, mode != Backward);
+  if (mode != Backward) {
+    if (fields)
+      predictFields(*references_.forward, forwardFields, forwardBottom, false);
+    else
+      predict(*references_.forward, forward, false);
+  }
+  if (mode != Forward) {
+    if (fields)
+      predictFields(*references_.backward, backwardFields, backwardBottom, mode != Backward);
+    else
+      predict(*references_.backward, backward, mode != Backward);
+  }
   for (int block = 0; block < 6; ++block)
     if (syntax.pattern >> (5 - block) & 1) interBlock(syntax, block);
 }
@@ -413,7 +469,11 @@ void PictureDecoder::bMacroblock() {
 
 void PictureDecoder::reconstruct(const Syntax& syntax) {
   macroblocks_[std::size_t(mb_)].quantizer = syntax.quantizer;
-  if (!syntax.intra) predict(*references_.forward, frame_->motion[std::size_t(mb_)].vectors, false);
+  const Motion& motion = frame_->motion[std::size_t(mb_)];
+  if (motion.fields)
+    predictFields(*references_.forward, motion.ofField, motion.fromBottom, false);
+  else if (!syntax.intra)
+    predict(*references_.forward, motion.vectors, false);
   for (int block = 0; block < 6; ++block) {
     if (syntax.intra)
       intraBlock(syntax, block);
@@ -449,6 +509,24 @@ void PictureDecoder::predict(const Frame& from, const Vector (&vectors)[4], bool
     area(plane, x / 2, y / 2, 8, chroma, zvpiCopy8x8HP_8u_C1R, zvpiInterpolateAverage8x8_8u_C1IR);
 }
 
+// The same for fields, each from the lines of a field (7.7.2).
+void PictureDecoder::predictFields(const Frame& from, const Vector (&vectors)[2], const bool (&fromBottom)[2],
+                                   bool average) {
+  for (int field = 0; field < 2; ++field)
+    for (int plane = 0; plane < 3; ++plane) {
+      Vector vector = vectors[field];
+      if (plane > 0)
+        vector = {std::int16_t(chromaComponent(4 * vector.x)), std::int16_t(chromaComponent(4 * vector.y))};
+      const int size = plane == 0 ? 16 : 8, x = size * mbX_, y = size / 2 * mbY_;
+      const std::uint8_t* reference =
+          from.fieldReference(plane, x + (vector.x >> 1), y + (vector.y >> 1), size, fromBottom[field]);
+      const auto copy = plane == 0 ? zvpiCopy16x8HP_8u_C1R : zvpiCopy8x4HP_8u_C1R;
+      const auto mix = plane == 0 ? zvpiInterpolateAverage16x8_8u_C1IR : zvpiInterpolateAverage8x4_8u_C1IR;
+      (average ? mix : copy)(reference, 2 * from.step(plane), frame_->at(plane, x, 2 * y + field),
+                             2 * frame_->step(plane), (vector.x & 1) | (vector.y & 1) << 1, header_.rounding);
+    }
+}
+
 void PictureDecoder::interBlock(const Syntax& syntax, int block) {
   std::int16_t coefficients[64];
   std::int32_t last;
@@ -457,11 +535,11 @@ void PictureDecoder::interBlock(const Syntax& syntax, int block) {
       return zvpiReconstructCoeffsInter_H263_1u16s(pointer, offset, coefficients, &last, quantizerOf(syntax, block),
                                                    header_.modifiedQuantization);
     const bool reversible = layer_.reversible && header_.type != PictureType::B;
-    return zvpiReconstructCoeffsInter_MPEG4_1u16s(pointer, offset, coefficients, &last, reversible, 0,
-                                                  interContext_.data(), syntax.quantizer);
+    return zvpiReconstructCoeffsInter_MPEG4_1u16s(pointer, offset, coefficients, &last, reversible,
+                                                  header_.verticalScan, interContext_.data(), syntax.quantizer);
   });
   zvpiDCT8x8Inv_16s_C1I(coefficients);
-  zvpiAdd8x8_16s8u_C1IRS(coefficients, 16, place(block), step(block));
+  zvpiAdd8x8_16s8u_C1IRS(coefficients, 16, place(syntax, block), step(syntax, block));
 }
 
 // Annex T of H.263 quantizes chroma finer (table T.2).
@@ -480,9 +558,9 @@ void PictureDecoder::intraBlock(const Syntax& syntax, int block) {
   else
     h263Texture(syntax, block, coefficients);
   zvpiDCT8x8Inv_16s_C1I(coefficients);
-  std::uint8_t* to = place(block);
-  for (int y = 0; y < 8; ++y) std::memset(to + y * std::ptrdiff_t(step(block)), 0, 8);
-  zvpiAdd8x8_16s8u_C1IRS(coefficients, 16, to, step(block));
+  std::uint8_t* to = place(syntax, block);
+  for (int y = 0; y < 8; ++y) std::memset(to + y * std::ptrdiff_t(step(syntax, block)), 0, 8);
+  zvpiAdd8x8_16s8u_C1IRS(coefficients, 16, to, step(syntax, block));
 }
 
 PictureDecoder::Neighbours PictureDecoder::neighboursOf(int block) const {
@@ -524,7 +602,7 @@ void PictureDecoder::texture(const Syntax& syntax, int block, std::int16_t* coef
       return zvpiDecodeDCIntra_MPEG4_1u16s(pointer, offset, coefficients, block >= 4);
     });
   if (syntax.pattern >> (5 - block) & 1) {
-    const int scan = !syntax.acPrediction ? 0 : fromAbove ? 2 : 1;
+    const int scan = header_.verticalScan ? 1 : !syntax.acPrediction ? 0 : fromAbove ? 2 : 1;
     in_->library("no code of coefficients", [&](const std::uint8_t** pointer, std::int32_t* offset) {
       std::int32_t last;
       return zvpiDecodeCoeffsIntra_MPEG4_1u16s(pointer, offset, coefficients, &last, layer_.reversible, syntax.dcCodes,

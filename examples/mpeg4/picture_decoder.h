@@ -17,6 +17,7 @@ struct References {
   const Frame* backward = nullptr;  // of B pictures
   // Where a B picture lies between them (7.6.9.5.2), in ticks behind the forward one.
   int distance = 0, distanceOfBoth = 1;
+  int fieldDistance = 0, fieldDistanceOfBoth = 1;  // in fields
 };
 
 class PictureDecoder {
@@ -32,6 +33,7 @@ class PictureDecoder {
     bool skipped = false, intra = false, fourVectors = false, dquant = false;
     int pattern = 0;  // 32 the first block of luma, 1 Cr
     int quantizer = 1;
+    bool fieldDct = false;  // luma blocks hold lines of one field
     bool acPrediction = false, dcCodes = true;
     bool fromLeft = false;    // where Annex I of H.263 predicts from
     std::int16_t dc[6] = {};  // differences that came ahead of the coefficients
@@ -65,10 +67,14 @@ class PictureDecoder {
   void readPattern(Syntax& syntax);
   void readDcs(Syntax& syntax);
   void readVectors(const Syntax& syntax);
+  void readFieldVectors(const Vector (&predicted)[2], int fcode, Vector (&vectors)[2]);
   Vector predictVector(int block) const;
   Vector readVector(Vector predicted, int fcode);
   int readComponent(int predicted, int fcode);
   void interMacroblock();
+  void resetVectors() {
+    for (int i = 0; i < 2; ++i) lastForward_[i] = lastBackward_[i] = {};
+  }
   void bMacroblock();
   bool skippedAlready() const {
     return header_.type == PictureType::B && references_.backward->motion[std::size_t(mb_)].skipped;
@@ -94,13 +100,17 @@ class PictureDecoder {
   void deblock();
   void interBlock(const Syntax& syntax, int block);
   void predict(const Frame& from, const Vector (&vectors)[4], bool average);
+  void predictFields(const Frame& from, const Vector (&vectors)[2], const bool (&fromBottom)[2], bool average);
   void checkLibrary(std::int32_t status) const;
 
-  std::uint8_t* place(int block) {
+  std::uint8_t* place(const Syntax& syntax, int block) {
     const int x = 16 * mbX_, y = 16 * mbY_;
-    return block < 4 ? frame_->at(0, x + 8 * (block & 1), y + 8 * (block >> 1)) : frame_->at(block - 3, x / 2, y / 2);
+    if (block >= 4) return frame_->at(block - 3, x / 2, y / 2);
+    return frame_->at(0, x + 8 * (block & 1), y + (syntax.fieldDct ? 1 : 8) * (block >> 1));
   }
-  std::int32_t step(int block) const { return frame_->step(block < 4 ? 0 : block - 3); }
+  std::int32_t step(const Syntax& syntax, int block) const {
+    return block >= 4 ? frame_->step(block - 3) : frame_->step(0) * (syntax.fieldDct ? 2 : 1);
+  }
 
   Layer layer_;
   int widthMbs_ = 0, count_ = 0;
@@ -114,8 +124,8 @@ class PictureDecoder {
   Frame* frame_ = nullptr;
   References references_;
   int quantizer_ = 1;
-  int mb_ = 0, mbX_ = 0, mbY_ = 0;  // the current macroblock
-  Vector lastForward_, lastBackward_;
+  int mb_ = 0, mbX_ = 0, mbY_ = 0;           // the current macroblock
+  Vector lastForward_[2], lastBackward_[2];  // for both fields
 };
 
 }  // namespace mpeg4

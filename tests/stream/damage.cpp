@@ -238,7 +238,7 @@ TEST(DamagedMpeg4, OfAllKindsEndsInAnError) {
   const TemporaryDirectory scratch;
   int kind = 0;
   for (const char* options : {"-q:v 6 -bf 2 -flags +mv4+aic", "-q:v 5 -mpeg_quant 1 -ps 200 -bf 1",
-                              "-q:v 4 -ps 300 -data_partitioning 1"}) {
+                              "-q:v 4 -ps 300 -data_partitioning 1", "-q:v 5 -bf 2 -flags +ilme+ildct"}) {
     SCOPED_TRACE(options);
     makeMpeg4("176x144", 8, std::string("-c:v mpeg4 ") + options, scratch / "coded.m4v");
     decodeMutations(readFile(scratch / "coded.m4v"), mpeg4Codec, rounds(mutations / 2),
