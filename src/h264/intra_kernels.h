@@ -69,7 +69,7 @@ class Rows {
       step2_ = 2 * step;
       step3_ = 3 * step;
     } else {
-      step2_ = opaque(2 * step);
+      step2_ = 2 * step;
       step3_ = opaque(3 * step);
       const std::ptrdiff_t step4 = opaque(4 * step);
       base_[0] = p;
@@ -91,7 +91,7 @@ class Rows {
 #pragma GCC unroll 4
     for (int i = 0; i < N / 4; ++i) rows.base_[i] = opaque(base_[i]);
     rows.step_ = opaque(step_);
-    rows.step2_ = opaque(step2_);
+    rows.step2_ = 2 * rows.step_;
     rows.step3_ = opaque(step3_);
     return rows;
   }
@@ -570,8 +570,7 @@ template <int N>
   // scale / 2^shift. Across:
   constexpr s16 scale = N == 16 ? 5 : 17;
   constexpr int shift = N == 16 ? 6 : 5;
-  const Rows<N> rows(p, step);
-  const u8* const top = rows[-1];
+  const u8* const top = p - step;
   S32<4> sums;
   if constexpr (N == 16) {
     constexpr std::array<s16, 8> before = {-8 * scale, -7 * scale, -6 * scale, -5 * scale,
@@ -589,11 +588,21 @@ template <int N>
   sums = shiftRight<shift>(sums + shuffle32<0xb1>(sums) + splat<S32<4>>(1 << (shift - 1)));
   const auto slope = packSaturateS16(sums, sums);
   // Down, from both ends of the column toward the middle: the sum of sums weighs the outermost difference most.
-  const s32 corners = rows[N - 1][-1] + top[N - 1];
+  const std::ptrdiff_t step2 = opaque(2 * step), step3 = opaque(3 * step);
+  const u8 *above = top - 1, *below = opaque(p + (N - 4) * step - 1);
+  const s32 corners = below[step3] + top[N - 1];
   s32 down = 0, outer = 0;
-  forEach<half>([&](auto i) {
-    outer += rows[N - 1 - i][-1] - rows[i - 1][-1];
+  const auto add = [&](s32 difference) __attribute__((always_inline)) {
+    outer += difference;
     down = opaque(down + outer);
+  };
+  forEach<half / 4>([&](auto) {
+    add(below[step3] - above[0]);
+    add(below[step2] - above[step]);
+    add(below[step] - above[step2]);
+    add(below[0] - above[step3]);
+    above = opaque(above + 4 * step);
+    below = opaque(below - 4 * step);
   });
   const s32 c = (scale * down + (1 << (shift - 1))) >> shift;
 
@@ -601,6 +610,7 @@ template <int N>
                                           5 - half, 6 - half, 7 - half, 8 - half};
   const auto down1 = splat<S16<8>>(s16(c));
   auto left = splat<S16<8>>(s16(16 * (corners + 1) - (half - 1) * c)) + mulLow(slope, lanes(columns));
+  const Rows<N> rows(p, step);
   if constexpr (N == 16) {
     auto right = left + shiftLeft<3>(slope);
     forEachRow(rows, [&](u8* row, auto) {

@@ -249,8 +249,8 @@ template <bool Two>
   }
 }
 
-// A block whose sizes are legal, by a weighting that rounds to nearest. Shifts from 2 to 15, weights of one sign and sums
-// of 16 bits, which nearly every call has, take the short way.
+// A block whose sizes are legal, by a weighting that rounds to nearest. Shifts from 2 to 15, weights of one sign and
+// sums of 16 bits, which nearly every call has, take the short way.
 template <bool Two>
 ZVP_INLINE void weighBlock(const Operands<u8>& o, const Weighting& w) {
   if (w.shift >= 2 && w.shift <= 15 && o.width >= 4) [[likely]] {
