@@ -259,6 +259,8 @@ void SliceDecoder::readBlock(int i) {
                  : zvpiReconstructDCTBlockIntra_MPEG1_32s(&word, &offset, sizes, coefficients.get(), scan, scale_,
                                                           weights, dc, block_, &last);
   } else {
+    // Of weights times scale under 6 the library makes some of MPEG-1's zeros odd, which 11172-2 2.4.4.2 leaves alone;
+    // other decoders do so too, and no default weight is as small.
     const auto read = sequence_.mpeg2 ? zvpiReconstructDCTBlock_MPEG2_32s : zvpiReconstructDCTBlock_MPEG1_32s;
     status = read(&word, &offset, coefficients.get(), coefficients.get(), scan, scale_, weights, block_, &last);
   }
@@ -291,7 +293,7 @@ void SliceDecoder::place(int i) const {
 
 void SliceDecoder::predictMacroblock() {
   if (!predict(picture_, target_, references_, motion_, address_ % width_, address_ / width_))
-    damaged("vector of macroblock " + std::to_string(address_) + " leaves the reference picture");
+    damaged("macroblock " + std::to_string(address_) + " is predicted from outside its references");
 }
 
 }  // namespace mpeg2

@@ -7,6 +7,7 @@
 #include "dv_support.h"
 #include "h264/decoder.h"
 #include "mpeg2/decoder.h"
+#include "mpeg2_stream.h"
 #include "mpeg4/decoder.h"
 #include "mpeg4_support.h"
 #include "random_stream.h"
@@ -208,6 +209,23 @@ INSTANTIATE_TEST_SUITE_P(Formats, DamagedDvFormat, ::testing::ValuesIn(dvFormats
 
 TEST(DamagedMpeg2, EndsInAnError) {
   decodeMutations(readFile(sample("mssg_test.m2v")), mpeg2Codec, rounds(mutations), 40000);
+}
+
+TEST(DamagedMpeg2, OfRandomSyntaxEndsInAnError) {
+  for (int kind = 0; kind < 8; ++kind) {
+    SCOPED_TRACE("kind " + std::to_string(kind));
+    Mpeg2StreamOptions o;
+    o.seed = std::uint64_t(kind);
+    o.mpeg1 = kind < 2;
+    o.longSlices = o.wholeSamples = kind == 1;
+    o.interlaced = o.fieldPictures = kind >= 3;
+    o.dualPrime = kind == 4 || kind == 5;
+    o.bPictures = !o.dualPrime;
+    o.concealment = kind >= 5;
+    o.sampling422 = kind == 3 || kind == 4;
+    o.matrices = kind % 2;
+    decodeMutations(randomMpeg2Stream(o), mpeg2Codec, rounds(mutations / 2), 60000);
+  }
 }
 
 class DamagedMpeg2Options : public ::testing::TestWithParam<const char*> {};

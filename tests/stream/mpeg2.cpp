@@ -7,45 +7,16 @@
 
 #include "common/md5.h"
 #include "mpeg2/codes.h"
-#include "mpeg2/decoder.h"
-#include "stream_support.h"
+#include "mpeg2_support.h"
 #include "support/csv.h"
 
 using namespace zvptest;
-using video::StoredPicture;
 
 namespace {
 
 const std::string sampleName = "mssg_test.m2v";
 
 std::string zvp(const std::string& arguments) { return std::string(ZVP_TOOL) + " " + arguments; }
-
-Decoded decodeMpeg2(std::span<const std::uint8_t> stream, std::size_t piece = 4096) {
-  return decodeStream(*mpeg2::makeDecoder(), stream, piece);
-}
-
-// Decodes the file here and by ffmpeg: no plane further apart than this many dB, and where pictures begin to differ, no
-// sample by more than three. What follows may have drifted, since transforms round differently.
-Decoded expectThatOfFfmpeg(const std::filesystem::path& file, const TemporaryDirectory& scratch, double least) {
-  Decoded decoded = decodeMpeg2(readFile(file));
-  EXPECT_FALSE(decoded.failed) << decoded.error;
-  if (decoded.pictures.empty()) {
-    ADD_FAILURE() << "no picture";
-    return decoded;
-  }
-  const auto expected = decodeWithFfmpeg(file, scratch, decoded.pictures[0].samples.size(), "-f mpegvideo", "");
-  expectAlike(decoded.pictures, expected, least);
-  for (std::size_t i = 0; i < std::min(expected.size(), decoded.pictures.size()); ++i) {
-    const Bytes& actual = decoded.pictures[i].samples;
-    int largest = 0;
-    for (std::size_t at = 0; at < actual.size(); ++at)
-      largest = std::max(largest, std::abs(actual[at] - expected[i][at]));
-    if (largest == 0) continue;
-    EXPECT_LE(largest, 3) << "picture " << i << ", the first that differs";
-    break;
-  }
-  return decoded;
-}
 
 struct Source {
   const char* name;
