@@ -17,8 +17,9 @@ constexpr int mbMotion = mbForward | mbBackward;
 // odd sum, this does: if the sum has become even, the control would have gone the other way. A value that no longer
 // fits 16 bits has been cut already; no quantizer makes such.
 void saturate(std::int16_t* block) {
-  const auto [least, most] = std::minmax_element(block, block + 64);
-  if (*least >= -2048 && *most <= 2047) return;
+  unsigned outside = 0;
+  for (int i = 0; i < 64; ++i) outside |= unsigned(block[i] + 2048) >> 12;
+  if (outside == 0) return;
   int sum = 0;
   for (int i = 0; i < 64; ++i) {
     block[i] = std::clamp<std::int16_t>(block[i], -2048, 2047);

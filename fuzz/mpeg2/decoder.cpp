@@ -1,39 +1,9 @@
-// The MPEG-1/2 decoder of the examples on any bytes: no crash, no endless loop, errors that lie within the input.
-#include <cstdlib>
-#include <span>
-#include <vector>
-
+// The MPEG-1/2 decoder of the examples on any bytes.
 #include "mpeg2/decoder.h"
 
+#include "support/decode_stream.h"
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const auto decoder = mpeg2::makeDecoder();
-  unsigned sum = 0;
-  const video::PictureSink sink = [&](const video::Picture& picture) {
-    for (int plane = 0; plane < 3; ++plane)
-      for (int y = 0; y < picture.format.planeHeight(plane); ++y)
-        for (int x = 0; x < picture.format.planeWidth(plane); ++x) sum += picture.planes[plane][y * picture.steps[plane] + x];
-  };
-  const auto inside = [&](const video::StreamError& error) {
-    if (error.position() < 0 || error.position() > std::int64_t(size)) std::abort();
-  };
-  bool failed = false;
-  try {
-    // In two pieces, each with memory of its own.
-    const std::size_t half = size / 2;
-    const std::vector<std::uint8_t> first(data, data + half), second(data + half, data + size);
-    decoder->decode({first, 0, false}, sink);
-    decoder->decode({second, std::int64_t(half), false}, sink);
-  } catch (const video::StreamError& error) {
-    failed = true;
-    inside(error);
-  }
-  try {
-    decoder->finish(sink);
-  } catch (const video::StreamError& error) {
-    if (failed) std::abort();
-    inside(error);
-  }
-  volatile unsigned used = sum;  // every sample is looked at
-  static_cast<void>(used);
+  decodeAnyBytes(*mpeg2::makeDecoder(), data, size);
   return 0;
 }
