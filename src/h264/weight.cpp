@@ -3,8 +3,8 @@
 #include "h264/weight_kernels.h"
 
 using namespace zvp;
+using weight::isLegalLength;
 using weight::Operands;
-using weight::weighAnyBlock;
 using weight::weighBlock;
 using weight::Weighting;
 
@@ -17,12 +17,12 @@ static_assert(sizeof(WeightBlockRecord) == 56 && offsetof(WeightBlockRecord, pSr
               offsetof(WeightBlockRecord, bitDepth) == 52);
 
 // Steps before the size. They are compared as unsigned, so that a negative step passes: required.
-template <class... Steps>
-ZVP_INLINE zvpStatus checkShape(zvpSize size, Steps... steps) {
-  if (((u32(steps) < u32(size.width)) || ...)) return zvpStatusBadStep;
-  constexpr u32 sizes = 1 << 2 | 1 << 4 | 1 << 8 | 1 << 16;
-  const auto legal = [](s32 n) { return u32(n) <= 16 && (sizes >> n & 1) != 0; };
-  return legal(size.width) && legal(size.height) ? zvpStatusOk : zvpStatusBadSize;
+template <class... Steps> ZVP_INLINE bool stepsReach(s32 width, Steps... steps) {
+  return ((u32(steps) >= u32(width)) && ...);
+}
+template <class... Steps> zvpStatus checkShape(zvpSize size, Steps... steps) {
+  if (!stepsReach(size.width, steps...)) return zvpStatusBadStep;
+  return isLegalLength(size.width) && isLegalLength(size.height) ? zvpStatusOk : zvpStatusBadSize;
 }
 
 constexpr s32 highestSample(s32 bitDepth) { return wrapSub(wrapShl(1, bitDepth), 1); }
@@ -31,34 +31,84 @@ constexpr s32 highestSample(s32 bitDepth) { return wrapSub(wrapShl(1, bitDepth),
 constexpr Weighting oneDirection(s32 logWD, s32 weight, s32 offset, s32 highest) {
   return {weight, 0, logWD != 0 ? wrapShl(1, wrapSub(logWD, 1)) : 0, logWD & 31, offset, highest};
 }
+constexpr s32 meanOffset(s32 offset1, s32 offset2) { return wrapAdd(wrapAdd(offset1, offset2), 1) >> 1; }
 constexpr Weighting twoDirections(s32 logWD, s32 weight1, s32 offset1, s32 weight2, s32 offset2, s32 highest) {
-  return {weight1, weight2, wrapShl(1, logWD), wrapAdd(logWD, 1) & 31, wrapAdd(wrapAdd(offset1, offset2), 1) >> 1,
-          highest};
+  return {weight1, weight2, wrapShl(1, logWD), wrapAdd(logWD, 1) & 31, meanOffset(offset1, offset2), highest};
 }
 constexpr Weighting implicit(s32 weight1, s32 weight2, s32 highest) { return {weight1, weight2, 32, 6, 0, highest}; }
 
 Operands<u16> operands(const WeightBlockRecord& r) {
-  return {r.pSrc1, r.src1Step, r.pSrc2, r.src2Step, r.pDst, r.dstStep, r.roiSize.width, r.roiSize.height};
+  return {r.pSrc1, r.src1Step, r.pSrc2, r.src2Step, r.pDst, r.dstStep};
 }
 
 bool nullRecord(const WeightBlockRecord* pRecord) {
   return pRecord == nullptr || anyNull(pRecord->pSrc1, pRecord->pSrc2, pRecord->pDst);
 }
 
-ZVP_INLINE zvpStatus check8u(const Operands<u8>& o) {
-  if (anyNull(o.src1, o.src2, o.dst)) return zvpStatusNullPointer;
-  return checkShape({o.width, o.height}, s32(o.src1Step), s32(o.src2Step), s32(o.dstStep));
-}
-ZVP_INLINE zvpStatus twoDirections8u(const Operands<u8>& o, const Weighting& weighting) {
-  const zvpStatus status = check8u(o);
-  if (status == zvpStatusOk) weighBlock<true>(o, weighting);
+template <class T> zvpStatus oneDirection(T* srcDst, s32 step, zvpSize size, const Weighting& weighting) {
+  if (anyNull(srcDst)) return zvpStatusNullPointer;
+  const zvpStatus status = checkShape(size, step);
+  if (status == zvpStatusOk) weighBlock<false>({srcDst, step, srcDst, step, srcDst, step}, size, weighting);
   return status;
+}
+
+// The 8-bit members do ordinary calls at once. Any other, a refused one too, goes the way in full, with scalar
+// arguments, so that an ordinary call passes it by without a frame.
+
+[[gnu::noinline]] zvpStatus oneDirectionInFull(u8* srcDst, s32 step, s32 logWD, s32 weight, s32 offset, zvpSize size) {
+  return oneDirection(srcDst, step, size, oneDirection(logWD, weight, offset, 255));
+}
+
+// What the members of two directions differ in. Those of implicit weights have a logWD of 5 and no offsets.
+enum class Member { Explicit, Implicit, ImplicitUnchecked, Average };
+constexpr bool isImplicit(Member m) { return m == Member::Implicit || m == Member::ImplicitUnchecked; }
+constexpr s32 noOffset = 0;
+
+// What lies on the stack stays there until it is needed: these pass on references.
+template <Member M> using Weight1 = std::conditional_t<M == Member::Explicit, const s32&, s32>;
+
+template <Member M>
+[[gnu::noinline]] zvpStatus twoDirectionsInFull(const u8* src1, const u8* src2, u8* dst, s32 src1Step, s32 src2Step,
+                                                s32 dstStep, s32 logWD, Weight1<M> weight1, const s32& offset1,
+                                                const s32& weight2, const s32& offset2, const zvpSize& size) {
+  if (anyNull(src1, src2, dst)) return zvpStatusNullPointer;
+  if constexpr (M != Member::ImplicitUnchecked)
+    if (const zvpStatus status = checkShape(size, src1Step, src2Step, dstStep); status != zvpStatusOk) return status;
+  Weighting w = twoDirections(logWD, weight1, offset1, weight2, offset2, 255);
+  if constexpr (M == Member::Average)  // the rounding is 0 for any logWD below 1, negative ones too: required
+    w = {weight1, weight2, logWD < 1 ? 0 : wrapShl(1, logWD - 1), logWD & 31, offset1, 255};
+  weighBlock<true>({src1, src1Step, src2, src2Step, dst, dstStep}, size, w);
+  return zvpStatusOk;
+}
+
+template <Member M> ZVP_INLINE zvpStatus twoDirections(const u8* src1, const u8* src2, u8* dst, s32 src1Step,
+                                                       s32 src2Step, s32 dstStep, s32 logWD, Weight1<M> weight1,
+                                                       const s32& offset1, const s32& weight2, const s32& offset2,
+                                                       const zvpSize& size) {
+  const Operands<u8> o = {src1, src1Step, src2, src2Step, dst, dstStep};
+  if ((M == Member::ImplicitUnchecked || stepsReach(size.width, src1Step, src2Step)) && !anyNull(src1, src2, dst) &&
+      (M == Member::ImplicitUnchecked || stepsReach(size.width, dstStep))) {
+    if constexpr (isImplicit(M)) {
+      if (weight::isOrdinaryImplicit(weight1, weight2, size.height) &&
+          weight::ordinary<true>(o, size.width, size.height,
+                                 weight::Sixtyfourths{simd::splat<simd::S16<8>>(s16(weight1))}))
+        return zvpStatusOk;
+    } else {
+      const s32 offset = M == Member::Average ? offset1 : meanOffset(offset1, offset2);
+      const s32 shift = M == Member::Average ? logWD : wrapAdd(logWD, 1);
+      if (weight::isOrdinary(weight1, weight2, offset, shift, size.height) &&
+          weight::ordinary<true>(o, size.width, size.height, weight::ordinaryFactors(weight1, weight2, offset, shift)))
+        return zvpStatusOk;
+    }
+  }
+  return twoDirectionsInFull<M>(src1, src2, dst, src1Step, src2Step, dstStep, logWD, weight1, offset1, weight2, offset2,
+                                size);
 }
 
 zvpStatus twoDirections16u(const WeightBlockRecord* pRecord, const Weighting& weighting) {
   const WeightBlockRecord& r = *pRecord;
   const zvpStatus status = checkShape(r.roiSize, r.src1Step, r.src2Step, r.dstStep);
-  if (status == zvpStatusOk) weighBlock<true>(operands(r), weighting);
+  if (status == zvpStatusOk) weighBlock<true>(operands(r), r.roiSize, weighting);
   return status;
 }
 
@@ -66,12 +116,13 @@ zvpStatus twoDirections16u(const WeightBlockRecord* pRecord, const Weighting& we
 
 zvpStatus zvpiUniDirWeightBlock_H264_8u_C1R(u8* pSrcDst, s32 srcDstStep, s32 logWD, s32 weight, s32 offset,
                                             zvpSize roiSize) {
-  if (anyNull(pSrcDst)) return zvpStatusNullPointer;
-  const zvpStatus status = checkShape(roiSize, srcDstStep);
-  if (status == zvpStatusOk)
-    weighBlock<false>({pSrcDst, srcDstStep, pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize.width, roiSize.height},
-                      oneDirection(logWD, weight, offset, 255));
-  return status;
+  if (!anyNull(pSrcDst) && stepsReach(roiSize.width, srcDstStep) &&
+      weight::isOrdinary(weight, offset, logWD, roiSize.height)) {
+    const auto op = weight::ordinaryFactors(weight, 0, offset, logWD);
+    const Operands<u8> o = {pSrcDst, srcDstStep, pSrcDst, srcDstStep, pSrcDst, srcDstStep};
+    if (weight::ordinary<false>(o, roiSize.width, roiSize.height, op)) return zvpStatusOk;
+  }
+  return oneDirectionInFull(pSrcDst, srcDstStep, logWD, weight, offset, roiSize);
 }
 
 zvpStatus zvpiUniDirWeightBlock_H264_8u_C1IR(u8* pSrcDst, s32 srcDstStep, s32 logWD, s32 weight, s32 offset,
@@ -82,51 +133,40 @@ zvpStatus zvpiUniDirWeightBlock_H264_8u_C1IR(u8* pSrcDst, s32 srcDstStep, s32 lo
 zvpStatus zvpiBiDirWeightBlock_H264_8u_P2P1R(const u8* pSrc1, const u8* pSrc2, u8* pDst, s32 srcStep, s32 dstStep,
                                              s32 logWD, s32 weight1, s32 offset1, s32 weight2, s32 offset2,
                                              zvpSize roiSize) {
-  return twoDirections8u({pSrc1, srcStep, pSrc2, srcStep, pDst, dstStep, roiSize.width, roiSize.height},
-                         twoDirections(logWD, weight1, offset1, weight2, offset2, 255));
+  return twoDirections<Member::Explicit>(pSrc1, pSrc2, pDst, srcStep, srcStep, dstStep, logWD, weight1, offset1,
+                                         weight2, offset2, roiSize);
 }
 
 zvpStatus zvpiBiDirWeightBlock_H264_8u_P3P1R(const u8* pSrc1, const u8* pSrc2, u8* pDst, s32 src1Step, s32 src2Step,
                                              s32 dstStep, s32 logWD, s32 weight1, s32 offset1, s32 weight2, s32 offset2,
                                              zvpSize roiSize) {
-  return twoDirections8u({pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep, roiSize.width, roiSize.height},
-                         twoDirections(logWD, weight1, offset1, weight2, offset2, 255));
+  return twoDirections<Member::Explicit>(pSrc1, pSrc2, pDst, src1Step, src2Step, dstStep, logWD, weight1, offset1,
+                                         weight2, offset2, roiSize);
 }
 
 zvpStatus zvpiBiDirWeightBlockImplicit_H264_8u_P2P1R(const u8* pSrc1, const u8* pSrc2, u8* pDst, s32 srcStep,
                                                      s32 dstStep, s32 weight1, s32 weight2, zvpSize roiSize) {
-  return twoDirections8u({pSrc1, srcStep, pSrc2, srcStep, pDst, dstStep, roiSize.width, roiSize.height},
-                         implicit(weight1, weight2, 255));
+  return twoDirections<Member::Implicit>(pSrc1, pSrc2, pDst, srcStep, srcStep, dstStep, 5, weight1, noOffset, weight2,
+                                         noOffset, roiSize);
 }
 
 // Neither steps nor size are checked; an empty size is Ok with nothing written: required.
 zvpStatus zvpiBiDirWeightBlockImplicit_H264_8u_P3P1R(const u8* pSrc1, const u8* pSrc2, u8* pDst, s32 src1Step,
                                                      s32 src2Step, s32 dstStep, s32 weight1, s32 weight2,
                                                      zvpSize roiSize) {
-  if (anyNull(pSrc1, pSrc2, pDst)) return zvpStatusNullPointer;
-  weighAnyBlock<true>({pSrc1, src1Step, pSrc2, src2Step, pDst, dstStep, roiSize.width, roiSize.height},
-                      implicit(weight1, weight2, 255));
-  return zvpStatusOk;
+  return twoDirections<Member::ImplicitUnchecked>(pSrc1, pSrc2, pDst, src1Step, src2Step, dstStep, 5, weight1, noOffset,
+                                                  weight2, noOffset, roiSize);
 }
 
-// Here the rounding is 0 for any logWD below 1, negative ones too: required.
 zvpStatus zvpiWeightedAverage_H264_8u_C1IR(const u8* pSrc, u8* pSrcDst, s32 srcDstStep, s32 weight1, s32 weight2,
                                            s32 logWD, s32 offset, zvpSize roiSize) {
-  const s32 rounding = logWD < 1 ? 0 : wrapShl(1, logWD - 1);
-  const Operands<u8> o = {pSrc, srcDstStep, pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize.width, roiSize.height};
-  const zvpStatus status = check8u(o);
-  if (status == zvpStatusOk) weighAnyBlock<true>(o, {weight1, weight2, rounding, logWD & 31, offset, 255});
-  return status;
+  return twoDirections<Member::Average>(pSrc, pSrcDst, pSrcDst, srcDstStep, srcDstStep, srcDstStep, logWD, weight1,
+                                        offset, weight2, noOffset, roiSize);
 }
 
 zvpStatus zvpiUnidirWeight_H264_16u_IP2P1R(u16* pSrcDst, s32 srcDstStep, s32 logWD, s32 weight, s32 offset,
                                            zvpSize roiSize, s32 bitDepth) {
-  if (anyNull(pSrcDst)) return zvpStatusNullPointer;
-  const zvpStatus status = checkShape(roiSize, srcDstStep);
-  if (status == zvpStatusOk)
-    weighBlock<false>({pSrcDst, srcDstStep, pSrcDst, srcDstStep, pSrcDst, srcDstStep, roiSize.width, roiSize.height},
-                      oneDirection(logWD, weight, offset, highestSample(bitDepth)));
-  return status;
+  return oneDirection(pSrcDst, srcDstStep, roiSize, oneDirection(logWD, weight, offset, highestSample(bitDepth)));
 }
 
 zvpStatus zvpiBidirWeight_H264_16u_P2P1R(const WeightBlockRecord* pRecord, s32 logWD, s32 weight1, s32 offset1,
@@ -145,10 +185,11 @@ zvpStatus zvpiBidirWeightImplicit_H264_16u_P2P1R(const WeightBlockRecord* pRecor
 zvpStatus zvpiBidir_H264_16u_P2P1R(const WeightBlockRecord* pRecord) {
   if (nullRecord(pRecord)) return zvpStatusNullPointer;
   const Operands<u16> o = operands(*pRecord);
-  if (o.width < 2 || o.width > 16 || o.height < 2 || o.height > 16) return zvpStatusBadSize;
-  forEachPiece<8, 1>(o.width, [=](auto width, int x) {
+  const auto [columns, rows] = pRecord->roiSize;
+  if (columns < 2 || columns > 16 || rows < 2 || rows > 16) return zvpStatusBadSize;
+  forEachPiece<8, 1>(columns, [o, height = rows](auto width, int x) {
     constexpr int bytes = 2 * width;
-    for (int y = 0; y < o.height; ++y) {
+    for (int y = 0; y < height; ++y) {
       const auto s1 = simd::loadBytes<simd::U16<8>, bytes>(o.src1 + y * o.src1Step + x);
       const auto s2 = simd::loadBytes<simd::U16<8>, bytes>(o.src2 + y * o.src2Step + x);
       simd::storeBytes<bytes>(o.dst + y * o.dstStep + x, average(s1, s2));

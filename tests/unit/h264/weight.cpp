@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <functional>
 
 #include "support/compare.h"
@@ -45,9 +46,8 @@ using Formula = std::function<std::int64_t(int32_t s1, int32_t s2)>;
 
 // Calls a member on random blocks, the destination being one of the sources in some rounds. call gets pointers, steps
 // in the interface's unit, and the size.
-template <class T>
-using Call = std::function<zvpStatus(const T* src1, const T* src2, T* dst, int32_t step1, int32_t step2,
-                                     int32_t dstStep, zvpSize size)>;
+template <class T> using Call = std::function<zvpStatus(const T* src1, const T* src2, T* dst, int32_t step1,
+                                                        int32_t step2, int32_t dstStep, zvpSize size)>;
 enum class Layout { InPlace, OneSourceStep, ThreeSteps, OneStepInPlace };
 
 template <class T>
@@ -236,6 +236,55 @@ TEST(Weight16u, MeanOfAnySize) {
         [](int32_t s1, int32_t s2) { return (s1 + s2 + 1) >> 1; });
     NO_FAILURE();
   }
+}
+
+// Every weight and every sample, at offsets that bring sums to their ends.
+TEST(Weight8u, EveryWeightOfOneDirection) {
+  uint8_t block[256];
+  for (int32_t logWD = 0; logWD <= 8; ++logWD)
+    for (int32_t weight = -130; weight <= 130; ++weight)
+      for (const int32_t offset : {-129, -128, -1, 0, 127, 128}) {
+        for (int s = 0; s < 256; ++s) block[s] = uint8_t(s);
+        ASSERT_EQ(zvpiUniDirWeightBlock_H264_8u_C1R(block, 16, logWD, weight, offset, {16, 16}), zvpStatusOk);
+        for (int s = 0; s < 256; ++s)
+          ASSERT_EQ(block[s], model::weightOne(s, logWD, weight, offset, 255))
+              << s << " logWD " << logWD << " weight " << weight << " offset " << offset;
+      }
+}
+
+// Every pair of weights whose sum is near the ends, on pairs of samples at theirs.
+TEST(Weight8u, EndsOfTwoDirections) {
+  const uint8_t ends[16] = {0, 1, 2, 3, 63, 64, 65, 127, 128, 129, 191, 192, 252, 253, 254, 255};
+  const int32_t weights[] = {-129, -128, -127, -64, -1, 0, 1, 2, 63, 64, 65, 126, 127, 128, 129};
+  uint8_t a[256], b[256], out[256];
+  for (int i = 0; i < 256; ++i) a[i] = ends[i / 16], b[i] = ends[i % 16];
+  for (int32_t logWD = 0; logWD <= 8; ++logWD)
+    for (const int32_t weight1 : weights)
+      for (const int32_t weight2 : weights)
+        for (const int32_t offset : {-129, -128, -1, 0, 127, 128}) {
+          ASSERT_EQ(
+              zvpiBiDirWeightBlock_H264_8u_P2P1R(a, b, out, 16, 16, logWD, weight1, offset, weight2, offset, {16, 16}),
+              zvpStatusOk);
+          for (int i = 0; i < 256; ++i)
+            ASSERT_EQ(out[i], model::weightTwo(a[i], b[i], logWD, weight1, offset, weight2, offset, 255))
+                << int(a[i]) << ' ' << int(b[i]) << " logWD " << logWD << " weights " << weight1 << ' ' << weight2
+                << " offsets " << offset;
+        }
+}
+
+// Implicit weights around those that the standard derives, on every pair of samples.
+TEST(Weight8u, EveryImplicitWeight) {
+  uint8_t a[256], b[256], out[256];
+  for (int i = 0; i < 256; ++i) b[i] = uint8_t(i);
+  for (int32_t weight1 = -66; weight1 <= 130; ++weight1)
+    for (int s1 = 0; s1 < 256; ++s1) {
+      std::memset(a, s1, sizeof a);
+      ASSERT_EQ(zvpiBiDirWeightBlockImplicit_H264_8u_P2P1R(a, b, out, 16, 16, weight1, 64 - weight1, {16, 16}),
+                zvpStatusOk);
+      for (int s2 = 0; s2 < 256; ++s2)
+        if (out[s2] != model::weightImplicit(s1, s2, weight1, 64 - weight1, 255))
+          FAIL() << s1 << ' ' << s2 << " weight " << weight1;
+    }
 }
 
 TEST(Weight8u, WorkedCases) {
