@@ -275,7 +275,8 @@ TEST(Mpeg4Read, BlocksWrittenFromTheTablesComeBack) {
     const Mode& mode = scene.mode;
     const auto events = anyEvents(rng, mode.first(), 2047);
     const std::size_t start = std::size_t(rng.range(0, 15));
-    const std::string bits = randomBits(rng, int(start)) + writeBlock(rng, mode.intra(), mode.rvlc != 0, events);
+    std::string bits = randomBits(rng, int(start));
+    bits += writeBlock(rng, mode.intra(), mode.rvlc != 0, events);
     std::vector<int16_t> expected(64, 0);
     int position = mode.first() - 1;
     for (const auto& event : events) {
@@ -516,7 +517,8 @@ struct Packet {
 };
 // Noise, a code with LAST 1 for the first block to end at, and blocks.
 Packet anyPacket(Rng& rng, bool intra, int first, int blocks) {
-  Packet packet = {randomBits(rng, rng.range(64, 80)) + anyForm(rng, intra, true, 1, 0, 1), {}};
+  Packet packet = {randomBits(rng, rng.range(64, 80)), {}};
+  packet.bits += anyForm(rng, intra, true, 1, 0, 1);
   for (int i = 0; i < blocks; ++i) {
     packet.bits += writeBlock(rng, intra, true, anyEvents(rng, first, 2047));
     packet.ends.push_back(packet.bits.size());
@@ -689,10 +691,11 @@ TEST(Mpeg4Dc, RandomBitsGoAsInTheModel) {
   for (int round = 0; round < rounds(8000); ++round) {
     const bool chroma = rng.chance(2);
     const std::size_t start = std::size_t(rng.range(0, 7));
-    std::string bits = std::string(std::size_t(rng.range(0, 13)), '0') + randomBits(rng, 40);
+    std::string bits(std::size_t(rng.range(0, 13)), '0');
+    bits += randomBits(rng, 40);
     const auto expected = reference::mpeg4ReadDc(bits, chroma);
     const std::size_t size = std::max<std::size_t>(3, (start + expected.bits + 7) / 8);
-    InputStream in(randomBits(rng, int(start)) + bits, start, size, rng.guard());
+    InputStream in{randomBits(rng, int(start)) + bits, start, size, rng.guard()};
     int16_t value = 999;
     ASSERT_EQ(zvpiDecodeDCIntra_MPEG4_1u16s(&in.byte, &in.offset, &value, chroma), expected.status);
     ASSERT_EQ(value, expected.written ? expected.value : 999);

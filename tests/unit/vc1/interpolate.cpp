@@ -37,7 +37,7 @@ GuardedPlane<uint8_t>::Margin reachOf(const InterpolationMember& m, int dx, int 
 }
 
 GuardedPlane<uint8_t> noise(int width, int height, Rng& rng, GuardedPlane<uint8_t>::Margin margin = {}) {
-  GuardedPlane<uint8_t> plane(width, height, rng.step(width + margin.left + margin.right, true), rng.guard(), margin);
+  GuardedPlane<uint8_t> plane{width, height, rng.step(width + margin.left + margin.right, true), rng.guard(), margin};
   fill(plane, rng, Style::Uniform, 0, 255);
   return plane;
 }
