@@ -184,7 +184,8 @@ zvpStatus zvpiDeinterlaceBlend_8u_C1(const u8* const* pSrcPlanes, s32 srcStep, u
              top ? height >> 1 : (height + 1) >> 1);
   }
   if (top) copyRow(0);
-  const BlendWeights weights = {pState->pWeights, pState->lowMotion, pState->highMotion};
+  const u16* const table = pState->pWeights;
+  const BlendWeights weights = {table, table + 256, pState->lowMotion, pState->highMotion};
   const u8* const other = pSrcPlanes[(topFirst != 0) == top ? 0 : 2];
   for (Step row = top ? 2 : 1; row < height - 1; row += 2) {
     const Step above = (row - 1) * srcStep, at = row * srcStep, below = (row + 1) * srcStep;

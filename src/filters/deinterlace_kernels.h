@@ -1,5 +1,5 @@
 // The deinterlacers, a row at a time. All arithmetic stays in unsigned bytes but for the two weighted sums, whose
-// weights add up to at most 256, so that they fit 16 bits.
+// weights add up to at most 256, so that they fit 16 bits. (A caller's own blend table may hold others: the sum wraps.)
 #pragma once
 
 #include "filters/row_chunks.h"
@@ -7,7 +7,7 @@
 
 namespace zvp {
 
-// (a * wa + b * wb) >> 8 with wa + wb <= 256 in each lane.
+// (a * wa + b * wb) >> 8 in each lane, of which the low eight bits count; all of it where wa + wb <= 256.
 template <class V, class W>
 ZVP_INLINE V weightedSum(V a, V b, W aLow, W aHigh, W bLow, W bHigh) {
   const auto wide = [](auto v) { return simd::as<W>(v); };
@@ -69,7 +69,7 @@ struct BlendRow {
   const u8 *previousAbove, *previousBelow, *above, *below, *nextAbove, *nextBelow, *row, *other;
 };
 struct BlendWeights {
-  const u16* spatial;  // by motion; the median's weight is what is left to 256
+  const u16 *ofSpatial, *ofMedian;  // by motion
   s32 lowMotion, highMotion;
 };
 
@@ -88,8 +88,7 @@ inline u8 blendSide(const BlendRow& in, const BlendWeights& weights, std::ptrdif
   const u32 motion = low32(blendMotion(chunk, in, x)) & 255;
   const u32 med = low32(median(chunk.load(in.above + x), chunk.load(in.row + x), chunk.load(in.below + x))) & 255;
   const u32 spatial = topField ? in.below[x] : in.above[x];
-  const u32 weight = weights.spatial[motion];
-  return u8((spatial * weight + med * (256 - weight)) >> 8);
+  return u8((spatial * weights.ofSpatial[motion] + med * weights.ofMedian[motion]) >> 8);
 }
 
 inline void blendRow(const BlendRow& in, u8* dst, s32 width, const BlendWeights& weights, bool topField) {
@@ -109,18 +108,19 @@ inline void blendRow(const BlendRow& in, u8* dst, s32 width, const BlendWeights&
     const V blended = andNot(low, notHigh);
     if (!noneSet(blended)) {
       u8 motions[lanes];
-      u16 table[lanes];
       simd::store(motions, motion);
-      for (int i = 0; i < lanes; ++i) table[i] = weights.spatial[motions[i]];
       // In the order in which widening splits the lanes: the low and the high eight bytes of each 16.
-      W ofSpatial[2];
-      for (int i = 0; i < lanes; i += 16)
-        for (int half = 0; half < 2; ++half)
-          std::memcpy(reinterpret_cast<u8*>(&ofSpatial[half]) + i, table + i + 8 * half, 16);
-      const W full = simd::splat<W>(256);
-      result = select(blended,
-                      weightedSum(spatial, med, ofSpatial[0], ofSpatial[1], full - ofSpatial[0], full - ofSpatial[1]),
-                      result);
+      const auto lookUp = [&](const u16* byMotion, W (&halves)[2]) {
+        u16 looked[lanes];
+        for (int i = 0; i < lanes; ++i) looked[i] = byMotion[motions[i]];
+        for (int i = 0; i < lanes; i += 16)
+          for (int half = 0; half < 2; ++half)
+            std::memcpy(reinterpret_cast<u8*>(&halves[half]) + i, looked + i + 8 * half, 16);
+      };
+      W ofSpatial[2], ofMedian[2];
+      lookUp(weights.ofSpatial, ofSpatial);
+      lookUp(weights.ofMedian, ofMedian);
+      result = select(blended, weightedSum(spatial, med, ofSpatial[0], ofSpatial[1], ofMedian[0], ofMedian[1]), result);
     }
     chunk.store(dst + x, result);
   });

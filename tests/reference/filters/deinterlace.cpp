@@ -80,7 +80,7 @@ BlendModel blendWeights(std::int32_t* t, double* w) {
   w[0] = std::max(w[0], -32768.0);
   BlendModel model;
   if (t[0] == t[1]) {
-    for (int m = 0; m < 256; ++m) model.spatialWeight[m] = m < t[0] ? 0 : 256;
+    for (int m = 0; m < 256; ++m) model.set(m, m < t[0] ? 0 : 256);
     model.highMotion = t[0] - 1;
     model.lowMotion = t[0];
     return model;
@@ -118,7 +118,7 @@ BlendModel blendWeights(std::int32_t* t, double* w) {
     model.slope = int(slope);
     model.intercept = int(intercept);
   }
-  for (int m = 0; m < 256; ++m) model.spatialWeight[m] = int(std::clamp(intercept + m * slope, 0ll, 256ll));
+  for (int m = 0; m < 256; ++m) model.set(m, int(std::clamp(intercept + m * slope, 0ll, 256ll)));
   return model;
 }
 
@@ -140,7 +140,7 @@ void deinterlaceBlend(const Picture (&p)[3], Target dst, zvpSize size, bool topF
       const int upper = (std::abs(p[0].at(x, r - 1) - A) + std::abs(p[2].at(x, r - 1) - A) + 1) >> 1;
       const int lower = (std::abs(p[0].at(x, r + 1) - B) + std::abs(p[2].at(x, r + 1) - B) + 1) >> 1;
       const int m = std::max((upper + lower + 1) >> 1, std::abs(C - other.at(x, r)));
-      const int med = middle(A, C, B), ofSpatial = weights.spatialWeight[m], ofMedian = 256 - ofSpatial;
+      const int med = middle(A, C, B), ofSpatial = weights.spatialWeight[m], ofMedian = weights.medianWeight[m];
       int value;
       if (x == 0 || x == w - 1) {
         value = ((topField ? B : A) * ofSpatial + med * ofMedian) >> 8;

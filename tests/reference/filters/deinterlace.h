@@ -25,7 +25,11 @@ void deinterlaceMedian(Picture src, Target dst, zvpSize size, int threshold, int
 
 struct BlendModel {
   int slope = 0, intercept = 0, highMotion = 0, lowMotion = 0;
-  int spatialWeight[256];
+  int spatialWeight[256], medianWeight[256];
+  void set(int motion, int spatial) {
+    spatialWeight[motion] = spatial;
+    medianWeight[motion] = 256 - spatial;
+  }
 };
 // Sorts and bounds both pairs in place, as the call does.
 BlendModel blendWeights(std::int32_t* thresholds, double* weights);

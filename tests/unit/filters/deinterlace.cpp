@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 
 #include "support/alloc.h"
@@ -192,7 +193,7 @@ void expectBlendState(std::int32_t t0, std::int32_t t1, double w0, double w1) {
   EXPECT_TRUE(sameArray(fields, expected, 4)) << t0 << " " << t1 << " " << w0 << " " << w1;
   for (int m = 0; m < 256; ++m) {
     ASSERT_EQ(state->pWeights[m], model.spatialWeight[m]) << m << ": " << t0 << " " << t1 << " " << w0 << " " << w1;
-    ASSERT_EQ(state->pWeights[256 + m], 256 - model.spatialWeight[m]);
+    ASSERT_EQ(state->pWeights[256 + m], model.medianWeight[m]);
   }
   EXPECT_EQ(zvpiDeinterlaceBlendFree_8u_C1(state), zvpStatusOk);
 }
@@ -298,11 +299,14 @@ TEST(DeinterlaceBlend, MatchesTheModel) {
   }
 }
 
-TEST(DeinterlaceBlend, BoundsOfAnyValueDecideAlone) {
-  // The record's bounds count as they stand, also outside 0..255.
+TEST(DeinterlaceBlend, RecordOfAnyContentCountsAsItStands) {
+  // Bounds outside 0..255; weights that do not add up to 256, the result's low eight bits being kept.
   Rng rng(16);
   std::uint16_t table[512];
-  for (int m = 0; m < 256; ++m) table[m] = std::uint16_t(m), table[256 + m] = std::uint16_t(256 - m);
+  for (auto& weight : table) {
+    const int largest = rng.chance(4) ? 65535 : 256;
+    weight = std::uint16_t(rng.range(0, largest));
+  }
   const auto frames = makeSequence<3>(rng, 40, 5, 40);
   for (int low : {-5, 0, 1, 30, 255, 256, 1000})
     for (int high : {-5, -1, 0, 30, 254, 255, 256, std::numeric_limits<int>::max()}) {
@@ -310,7 +314,8 @@ TEST(DeinterlaceBlend, BoundsOfAnyValueDecideAlone) {
       reference::BlendModel model;
       model.highMotion = high;
       model.lowMotion = low;
-      for (int m = 0; m < 256; ++m) model.spatialWeight[m] = m;
+      std::copy_n(table, 256, model.spatialWeight);
+      std::copy_n(table + 256, 256, model.medianWeight);
       Plane dst = makeTarget(rng, 40, 5, 41);
       const auto expected = expect(dst, [&](reference::Target to) {
         const reference::Picture p[3] = {frames[0].picture(), frames[1].picture(), frames[2].picture()};
