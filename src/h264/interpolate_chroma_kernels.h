@@ -158,10 +158,13 @@ zvpStatus kernel16u(const u16* src, std::ptrdiff_t srcStep, u16* dst, std::ptrdi
                     zvpPoint fraction) {
   const int height = size.height;
   if (height <= 0) return zvpStatusOk;
-  forEachPiece<8, 2>(
-      size.width, [=](auto width, int x) __attribute__((always_inline)) {
-        block<X, Y, width>(src + x, srcStep, dst + x, dstStep, height, fraction);
-      });
+  // A step below the width makes rows overlap in the destination: then each is finished before the next.
+  const int band = dstStep > -size.width && dstStep < size.width ? 1 : height;
+  for (int y = 0; y < height; y += band, src += band * srcStep, dst += band * dstStep)
+    forEachPiece<8, 2>(
+        size.width, [=](auto width, int x) __attribute__((always_inline)) {
+          block<X, Y, width>(src + x, srcStep, dst + x, dstStep, band, fraction);
+        });
   return zvpStatusOk;
 }
 

@@ -346,6 +346,26 @@ TEST(InterpolateChroma16u, MatchesTheModelAndReadsTheNextColumnAndRow) {
   }
 }
 
+// Steps from 8 on pass whatever the width. Rows then overlap, in the source and in the destination; the later one stays.
+TEST(InterpolateChroma16u, AStepBelowTheWidthOverlapsRows) {
+  Rng rng(117);
+  for (int round = 0; round < rounds(200); ++round) {
+    const int dx = rng.range(0, 7), dy = rng.range(0, 7), height = 1 << rng.range(1, 4);
+    const int srcStep = rng.range(8, 16), dstStep = rng.range(8, 15);
+    std::vector<uint16_t> src(17 * 16 + 17), actual(15 * 15 + 16);
+    for (uint16_t& sample : src) sample = uint16_t(rng.range(0, 65535));
+    for (uint16_t& sample : actual) sample = uint16_t(rng.range(0, 65535));
+    auto wanted = actual;
+    const auto at = [&](int x, int y) { return src[std::size_t(y * srcStep + x)]; };
+    for (int y = 0; y < height; ++y)
+      for (int x = 0; x < 16; ++x)
+        wanted[std::size_t(y * dstStep + x)] = uint16_t(model::chromaSample(at, x, y, dx, dy));
+    const H264Interpolate16u record = {src.data(), srcStep, actual.data(), dstStep, dx, dy, {16, height}, 16};
+    ASSERT_EQ(zvpiInterpolateChroma_H264_16u_C1R(&record), zvpStatusOk);
+    ASSERT_EQ(actual, wanted) << height << " rows, step " << dstStep;
+  }
+}
+
 TEST(InterpolateChroma16u, ChecksInOrder) {
   const uint16_t src[900] = {};
   uint16_t dst[256] = {7};
