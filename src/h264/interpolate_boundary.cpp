@@ -282,9 +282,10 @@ struct Rows {
   s64 count, above, below;
 };
 
-// A width below 0 passes the checks; a count below 1 is then nothing to copy.
+// A width below 0 passes the checks; a count below 1 is then nothing to copy. With a step below the width of a row and
+// its margins the rows overlap.
 void copyRow(u8* dst, const u8* src, s64 count) {
-  if (count > 0) std::memcpy(dst, src, std::size_t(count));
+  if (count > 0) std::memmove(dst, src, std::size_t(count));
 }
 
 void expand(const Rows& rows, s64 width, s64 margin) {

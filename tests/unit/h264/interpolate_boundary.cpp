@@ -216,6 +216,31 @@ TEST(ExpandPlane, RowsOfFields) {
     }
 }
 
+// Rows may share the memory of their margins: what is filled later stays, and the rows above are whole copies.
+TEST(ExpandPlane, MarginsThatRowsShare) {
+  Rng rng(212);
+  for (int round = 0; round < rounds(200); ++round) {
+    const int width = rng.range(1, 24), height = 2 * rng.range(1, 6), margin = rng.range(1, 12);
+    const int step = width + rng.range(margin, 2 * margin - 1);
+    std::vector<uint8_t> actual(std::size_t(step * (height + 2 * margin) + 2 * margin));
+    fill(actual.data(), actual.size(), rng, Style::Uniform, 0, 255);
+    auto wanted = actual;
+    const int origin = margin * step + margin;
+    const auto at = [&](int x, int y) -> uint8_t& { return wanted[std::size_t(origin + y * step + x)]; };
+    for (int y = height; y < height + margin; ++y)
+      for (int x = 0; x < width; ++x) at(x, y) = at(x, height - 1);
+    for (int y = 0; y < height + margin; ++y) {
+      for (int x = -margin; x < 0; ++x) at(x, y) = at(0, y);
+      for (int x = width; x < width + margin; ++x) at(x, y) = at(width - 1, y);
+    }
+    for (int y = -1; y >= -margin; --y)
+      for (int x = -margin; x < width + margin; ++x) at(x, y) = at(x, 0);
+    ASSERT_EQ(zvpiExpandPlane_H264_8u_C1R(actual.data() + origin, width, height, step, uint32_t(margin), 0),
+              zvpStatusOk);
+    ASSERT_TRUE(sameBytes(actual, wanted)) << width << "x" << height << "+" << margin << ", step " << step;
+  }
+}
+
 TEST(ExpandPlane, ChecksInOrder) {
   uint8_t plane[64] = {7};
   EXPECT_EQ(zvpiExpandPlane_H264_8u_C1R(nullptr, 0, 1, 8, 0, 3), zvpStatusNullPointer);
