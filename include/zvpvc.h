@@ -167,7 +167,7 @@ ZVP_API zvpStatus zvpiSAD16x8_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, co
                                         int32_t *pSAD, int32_t mcType);
 
 /**
- * SAD of a 8x8 block of bytes against a reference at half-pel precision.
+ * SAD of an 8x8 block of bytes against a reference at half-pel precision.
  *
  * The sum over x in 0..7, y in 0..7 of |src(x, y) - ref(x, y)|, ref by mcType: 0..16320.
  *
@@ -203,7 +203,7 @@ ZVP_API zvpStatus zvpiSAD16x16_16u32s_C1R(const uint16_t *pSrc, int32_t srcStep,
                                           int32_t *pSAD, int32_t mcType);
 
 /**
- * SAD of a 8x8 block of 16-bit samples against a reference at half-pel precision.
+ * SAD of an 8x8 block of 16-bit samples against a reference at half-pel precision.
  *
  * The sum over x in 0..7, y in 0..7 of |src(x, y) - ref(x, y)|, ref by mcType: 0..4194240.
  *
@@ -239,7 +239,7 @@ ZVP_API zvpStatus zvpiSAD4x4_16u32s_C1R(const uint16_t *pSrc, int32_t srcStep, c
                                         int32_t *pSAD, int32_t mcType);
 
 /**
- * SSD of a 8x8 block of bytes against a reference at half-pel precision.
+ * SSD of an 8x8 block of bytes against a reference at half-pel precision.
  *
  * The sum over x in 0..7, y in 0..7 of (src(x, y) - ref(x, y)) squared, ref by mcType: 0..4161600.
  *
@@ -275,7 +275,7 @@ ZVP_API zvpStatus zvpiSSD4x4_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, con
                                        int32_t *pSSD, int32_t mcType);
 
 /**
- * SAD of a 8x16 block of bytes against a reference at a whole-pel position.
+ * SAD of an 8x16 block of bytes against a reference at a whole-pel position.
  *
  * The sum lies in 0..32640.
  *
@@ -292,7 +292,7 @@ ZVP_API zvpStatus zvpiSAD8x16_8u32s_C1R(const uint8_t *pSrc, int32_t srcStep, co
                                         int32_t *pSAD);
 
 /**
- * SAD of a 8x4 block of bytes against a reference at a whole-pel position.
+ * SAD of an 8x4 block of bytes against a reference at a whole-pel position.
  *
  * The sum lies in 0..8160.
  *
@@ -346,7 +346,7 @@ ZVP_API zvpStatus zvpiSAD16x16xN_8u16u_C1R(const uint8_t *pSrc, int32_t srcStep,
                                            uint16_t *pSAD, int32_t count);
 
 /**
- * SADs of a 8x8 block of bytes against candidates that lie one sample apart along a row.
+ * SADs of an 8x8 block of bytes against candidates that lie one sample apart along a row.
  *
  * Candidate i is the block at pRef + i. Only whole groups of eight candidates are measured: count 13 measures
  * eight and leaves pSAD[8] and those behind it as they are.
@@ -426,7 +426,7 @@ ZVP_API zvpStatus zvpiSAD16x16xNI_8u16u_C1R(const uint8_t *pSrc, int32_t srcStep
                                             uint16_t *pSAD, int32_t count, int32_t *pMinIndex);
 
 /**
- * SADs of a 8x8 block of bytes against candidates along a row, and the best candidate.
+ * SADs of an 8x8 block of bytes against candidates along a row, and the best candidate.
  *
  * As zvpiSAD8x8xN_8u16u_C1R(), then the index of the best of the candidates measured.
  *
@@ -702,7 +702,7 @@ ZVP_API zvpStatus zvpiSATD16x16_8u32s_C1R(const uint8_t *pSrc1, int32_t src1Step
                                           int32_t src2Step, int32_t *pSATD);
 
 /**
- * Absolute deviation of a 8x8 block of bytes from its mean.
+ * Absolute deviation of an 8x8 block of bytes from its mean.
  *
  * With m = (sum of the samples + 32) >> 6: the sum of |sample - m|. It is not divided.
  *
