@@ -3642,7 +3642,8 @@ ZVP_API zvpStatus zvpiInterpolateBlock_H264_8u_P3P1R(const uint8_t *pSrc1, const
  *     checked: arithmetic is of 32 bits and wraps, and shift counts use their low five bits. 16-bit results keep their
  *     low 16 bits.
  *   - Pointers need not be aligned. The destination may be one of the sources, with its step; it must not overlap them
- *     otherwise.
+ *     otherwise. Samples are done in raster order, which shows where a step that is not refused lets rows of the
+ *     destination overlap.
  *   - Reads and writes exactly the blocks.
  */
 
@@ -3902,7 +3903,8 @@ ZVP_API zvpStatus zvpiBidir_H264_16u_P2P1R(const WeightBlockRecord *pRecord);
  * pSrcDst is the block's top left sample; the row above and the column to the left are read through negative offsets.
  * In availabilityFlags a bit says that a neighbour may be used: 1 the row above, 2 the column to the left, 32 the
  * sample above and to the left, 64 the row above and to the right (4x4 only). Other bits have no say. A neighbour whose
- * bit is clear, or that the mode does not use, is not read.
+ * bit is clear, or that the mode does not use, is not read. Neighbours count as they are before the call, also at the
+ * least step, where the column to the left lies in the block.
  * @{
  */
 
@@ -4149,8 +4151,8 @@ ZVP_API zvpStatus zvpiReconstructLumaIntraHalfMB_H264_16s8u_C1R(int16_t **ppSrcC
  * @param[in]     edgeFlags    neighbours that may not be used
  * @param[in]     pQuantTable  16 scales for QP % 6; not read if no block is coded
  *
- * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null, or pQuantTable while a
- *                                         block is coded.
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null. Later, behind the test of
+ *                                         QP: pQuantTable is null while a block is coded. Nothing is written.
  * @retval zvpStatusOutOfRange             QP is above 51. Later, a mode is not 0 to 8: as for a missing neighbour.
  * @retval zvpStatusPredictionUnavailable  a mode asks for a neighbour that is missing. The blocks before it are done,
  *                                         *ppSrcCoeff stays.
@@ -4176,8 +4178,8 @@ ZVP_API zvpStatus zvpiReconstructLumaIntra4x4MB_H264_16s8u_C1R(int16_t **ppSrcCo
  * @param[in]     edgeFlags    neighbours that may not be used
  * @param[in]     pQuantTable  16 scales for QP % 6; not read if no block is coded
  *
- * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null, or pQuantTable while a
- *                                         block is coded.
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null. Later, behind the test of
+ *                                         QP: pQuantTable is null while a block is coded. Nothing is written.
  * @retval zvpStatusOutOfRange             QP is above 51. Later, a mode is not 0 to 8: as for a missing neighbour.
  * @retval zvpStatusPredictionUnavailable  a mode asks for a neighbour that is missing. The blocks before it are done,
  *                                         *ppSrcCoeff stays.
@@ -4204,8 +4206,8 @@ ZVP_API zvpStatus zvpiReconstructLumaIntraHalf4x4MB_H264_16s8u_C1R(int16_t **ppS
  * @param[in]     edgeFlags    neighbours that may not be used
  * @param[in]     pQuantTable  64 scales for QP % 6; not read if no block is coded
  *
- * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null, or pQuantTable while a
- *                                         block is coded.
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null. Later, behind the test of
+ *                                         QP: pQuantTable is null while a block is coded. Nothing is written.
  * @retval zvpStatusOutOfRange             QP is above 51. Later, a mode is not 0 to 8: as for a missing neighbour.
  * @retval zvpStatusPredictionUnavailable  a mode asks for a neighbour that is missing. The blocks before it are done,
  *                                         *ppSrcCoeff stays.
@@ -4231,8 +4233,8 @@ ZVP_API zvpStatus zvpiReconstructLumaIntra8x8MB_H264_16s8u_C1R(int16_t **ppSrcCo
  * @param[in]     edgeFlags    neighbours that may not be used
  * @param[in]     pQuantTable  64 scales for QP % 6; not read if no block is coded
  *
- * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null, or pQuantTable while a
- *                                         block is coded.
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff, pSrcDst or pModes is null. Later, behind the test of
+ *                                         QP: pQuantTable is null while a block is coded. Nothing is written.
  * @retval zvpStatusOutOfRange             QP is above 51. Later, a mode is not 0 to 8: as for a missing neighbour.
  * @retval zvpStatusPredictionUnavailable  a mode asks for a neighbour that is missing. The blocks before it are done,
  *                                         *ppSrcCoeff stays.
@@ -4392,11 +4394,12 @@ ZVP_API zvpStatus zvpiReconstructChromaIntraHalvesMB_H264_16s8u_P2R(int16_t **pp
  * @param[in]     srcDstStep    distance of rows in bytes
  * @param[in]     cbp           which blocks are coded
  * @param[in]     QP            0 to 39, the QP of chroma
- * @param[in]     pQuantTableU  16 scales of U for QP % 6; not read if no block is coded or with bypass at QP 0
+ * @param[in]     pQuantTableU  16 scales of U for QP % 6; not read if U has no coded block or with bypass at QP 0
  * @param[in]     pQuantTableV  16 scales of V for QP % 6, likewise
  * @param[in]     bypass        not 0: lossless if QP is 0
  *
- * @retval zvpStatusNullPointer  ppSrcCoeff, *ppSrcCoeff or a plane is null, or a table that a coded block asks for.
+ * @retval zvpStatusNullPointer  ppSrcCoeff, *ppSrcCoeff or a plane is null. Later, behind the test of QP: a table is
+ *                               null that a coded block of its plane asks for.
  * @retval zvpStatusOutOfRange   QP is above 39.
  * @retval zvpStatusOk           the coded blocks are added; without one nothing is done.
  */
@@ -4417,12 +4420,12 @@ ZVP_API zvpStatus zvpiReconstructChromaInter4x4MB_H264_16s8u_P2R(int16_t **ppSrc
  * @param[in]     cbp           which blocks are coded
  * @param[in]     QP            0 to 39, the QP of chroma
  * @param[in]     edgeFlags     neighbours that may not be used
- * @param[in]     pQuantTableU  16 scales of U for QP % 6; not read if no block is coded or with bypass at QP 0
+ * @param[in]     pQuantTableU  16 scales of U for QP % 6; not read if U has no coded block or with bypass at QP 0
  * @param[in]     pQuantTableV  16 scales of V for QP % 6, likewise
  * @param[in]     bypass        not 0: lossless if QP is 0
  *
- * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff or a plane is null, or a table that a coded block
- *                                         asks for.
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff or a plane is null. Later, behind all tests below: a
+ *                                         table is null that a coded block of its plane asks for. Nothing is written.
  * @retval zvpStatusOutOfRange             QP is above 39; then: mode is above 3.
  * @retval zvpStatusPredictionUnavailable  mode 2 without the row above, 1 without the column to the left, 3 without one
  *                                         of these or the corner. Nothing is written.
@@ -4450,12 +4453,12 @@ ZVP_API zvpStatus zvpiReconstructChromaIntra4x4MB_H264_16s8u_P2R(int16_t **ppSrc
  * @param[in]     QP               0 to 51, as for luma: not 39
  * @param[in]     edgeFlagsTop     neighbours that the upper quadrants may not use
  * @param[in]     edgeFlagsBottom  neighbours that the lower quadrants may not use
- * @param[in]     pQuantTableU     16 scales of U for QP % 6; not read if no block is coded or with bypass at QP 0
+ * @param[in]     pQuantTableU     16 scales of U for QP % 6; not read if U has no coded block or with bypass at QP 0
  * @param[in]     pQuantTableV     16 scales of V for QP % 6, likewise
  * @param[in]     bypass           not 0: lossless if QP is 0
  *
- * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff or a plane is null, or a table that a coded block
- *                                         asks for.
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff or a plane is null. Later, behind all tests below: a
+ *                                         table is null that a coded block of its plane asks for. Nothing is written.
  * @retval zvpStatusOutOfRange             QP is not 0 to 51.
  * @retval zvpStatusPredictionUnavailable  mode is neither 0 nor 2, or it is 2 and edgeFlagsTop says that the row above
  *                                         is missing. Nothing is written.
@@ -4480,12 +4483,12 @@ ZVP_API zvpStatus zvpiReconstructChromaIntraHalfs4x4MB_H264_16s8u_P2R(int16_t **
  * @param[in]     QP               0 to 51, as for luma: not 39
  * @param[in]     edgeFlagsTop     neighbours that the upper quadrants may not use
  * @param[in]     edgeFlagsBottom  neighbours that the lower quadrants may not use
- * @param[in]     pQuantTableU     16 scales of U for QP % 6; not read if no block is coded or with bypass at QP 0
+ * @param[in]     pQuantTableU     16 scales of U for QP % 6; not read if U has no coded block or with bypass at QP 0
  * @param[in]     pQuantTableV     16 scales of V for QP % 6, likewise
  * @param[in]     bypass           not 0: lossless if QP is 0
  *
- * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff or a plane is null, or a table that a coded block
- *                                         asks for.
+ * @retval zvpStatusNullPointer            ppSrcCoeff, *ppSrcCoeff or a plane is null. Later, behind all tests below: a
+ *                                         table is null that a coded block of its plane asks for. Nothing is written.
  * @retval zvpStatusOutOfRange             QP is not 0 to 51.
  * @retval zvpStatusPredictionUnavailable  mode is neither 0 nor 2, or it is 2 and edgeFlagsTop says that the row above
  *                                         is missing. Nothing is written.
@@ -4529,7 +4532,8 @@ ZVP_API zvpStatus zvpiReconstructChromaIntraHalves4x4MB_H264_16s8u_P2R(int16_t *
  * Writes: no more than those samples. Luma changes up to three on either side, chroma one; what does not change may be
  *         written back as it was.
  * Align:  none for samples and arrays; the record as its pointers.
- * Steps:  any value, negative too; bytes with bytes, elements in H264DeblockEdges.
+ * Steps:  any value that keeps the samples read of one row from those of another, negative too; bytes with bytes,
+ *         elements in H264DeblockEdges.
  * @{
  */
 

@@ -112,6 +112,12 @@ template <int N, class F>
 ZVP_INLINE void forEachRow(const Rows<N>& rows, F f) {
   forEachRow<0, N>(rows, f);
 }
+// The last row first. Where a step is no more than a row the sample left of a row is the last one of the row above it,
+// and is still what it was.
+template <int N, class F>
+ZVP_INLINE void forEachRowUpward(const Rows<N>& rows, F f) {
+  forEach<N>([&](auto i) { f(rows[N - 1 - i]); });
+}
 
 // The column left of the block, the topmost byte in the low one.
 template <int N>
@@ -206,15 +212,16 @@ template <int N>
   if constexpr (N == 16) {
     // By turns two rows by one multiplication and by one each: the former take shuffles, the latter more stores.
     forEach<N / 4>([&](auto i) {
-      const u64 two = (rows[4 * i][-1] | u64(rows[4 * i + 1][-1]) << 32) * 0x01010101;
+      constexpr int last = N - 1 - 4 * i;  // upward, as forEachRowUpward()
+      storeRepeated<N>(rows[last], rows[last][-1]);
+      storeRepeated<N>(rows[last - 1], rows[last - 1][-1]);
+      const u64 two = (rows[last - 3][-1] | u64(rows[last - 2][-1]) << 32) * 0x01010101;
       const auto both = simd::as<simd::U32<4>>(vectorOf(two));
-      simd::store(rows[4 * i], simd::shuffle32<0>(both));
-      simd::store(rows[4 * i + 1], simd::shuffle32<0x55>(both));
-      storeRepeated<N>(rows[4 * i + 2], rows[4 * i + 2][-1]);
-      storeRepeated<N>(rows[4 * i + 3], rows[4 * i + 3][-1]);
+      simd::store(rows[last - 2], simd::shuffle32<0x55>(both));
+      simd::store(rows[last - 3], simd::shuffle32<0>(both));
     });
   } else {
-    forEachRow(rows, [&](u8* row, auto) { storeRepeated<N>(row, row[-1]); });
+    forEachRowUpward(rows, [&](u8* row) { storeRepeated<N>(row, row[-1]); });
   }
   return zvpStatusOk;
 }
@@ -551,8 +558,8 @@ ZVP_INLINE void dcChroma(const Rows<8>& rows, u32 available, u32 availableBelow)
     top[0] = low32(sums);
     top[1] = low32(shuffle32<0x4e>(sums));
   }
+  dcChromaHalf<1>(rows, availableBelow, top);  // upward, as forEachRowUpward()
   dcChromaHalf<0>(rows, available, top);
-  dcChromaHalf<1>(rows, availableBelow, top);
 }
 ZVP_INLINE zvpStatus dcChroma8x8(u8* p, std::ptrdiff_t step, u32 available) {
   dcChroma(Rows<8>(p, step), available, available);
@@ -650,6 +657,7 @@ inline constexpr PredictIntraFn predictIntra16x16[intraModes16x16] = {
     intra::vertical<16>, intra::horizontal<16>, intra::withSides<intra::dc16x16>, intra::plane<16>};
 // Chroma has an order of its own.
 inline constexpr u32 intraChromaDc = 0, intraChromaVertical = 2;
+inline constexpr u32 intraNeedsChroma[intraModesChroma] = {0, intraLeft, intraTop, intraTop | intraLeft | intraCorner};
 inline constexpr PredictIntraFn predictIntraChroma8x8[intraModesChroma] = {
     intra::withSides<intra::dcChroma8x8>, intra::horizontal<8>, intra::vertical<8>, intra::plane<8>};
 

@@ -58,8 +58,9 @@ template <LeftColumn L, int Size>
 zvpStatus intraByList(s16** ppSrcCoeff, u8* pSrcDst, s32 srcDstStep, const s32* pModes, u32 cbp, u32 QP, u32 edgeFlags,
                       const s16* pQuantTable) {
   if (nullArguments(ppSrcCoeff, pSrcDst) || pModes == nullptr) return zvpStatusNullPointer;
-  if (pQuantTable == nullptr && (cbp & (Size == 4 ? cbpLuma4x4 : cbpLuma8x8)) != 0) return zvpStatusNullPointer;
   if (QP > mostQp) return zvpStatusOutOfRange;
+  // A table that no coded block asks for may be missing. One that is asked for is refused behind all other tests.
+  if (pQuantTable == nullptr && (cbp & (Size == 4 ? cbpLuma4x4 : cbpLuma8x8)) != 0) return zvpStatusNullPointer;
   s16* cursor = *ppSrcCoeff;
   const ListScale scale(pQuantTable, QP);
   const LumaEdges edges = lumaEdgesOf<L>(edgeFlags);
@@ -75,6 +76,16 @@ ZVP_INLINE zvpStatus predict16x16(u8* pSrcDst, s32 srcDstStep, u32 mode, u32 edg
   return predictIntra16x16[mode](pSrcDst, srcDstStep, mode, neighboursOf(edgeFlags));
 }
 
+// What refuses a chroma mode.
+ZVP_INLINE zvpStatus chromaStatus(u32 mode, u32 edgeFlags) {
+  if (mode >= intraModesChroma) return zvpStatusOutOfRange;
+  return (intraNeedsChroma[mode] & ~neighboursOf(edgeFlags)) != 0 ? zvpStatusPredictionUnavailable : zvpStatusOk;
+}
+ZVP_INLINE zvpStatus chromaHalvesStatus(u32 mode, u32 edgeFlagsTop) {
+  if (mode == intraChromaVertical) return chromaStatus(mode, edgeFlagsTop);
+  return mode != intraChromaDc ? zvpStatusPredictionUnavailable : zvpStatusOk;
+}
+
 // That of chroma, both planes: they have the same neighbours, so that the second is not refused if the first was not.
 ZVP_INLINE zvpStatus predictChroma(u8* pSrcDstU, u8* pSrcDstV, s32 srcDstStep, u32 mode, u32 edgeFlags) {
   if (mode >= intraModesChroma) return zvpStatusOutOfRange;
@@ -86,8 +97,8 @@ ZVP_INLINE zvpStatus predictChroma(u8* pSrcDstU, u8* pSrcDstV, s32 srcDstStep, u
 // The same with the left column told for each half.
 ZVP_INLINE zvpStatus predictChromaHalves(u8* pSrcDstU, u8* pSrcDstV, s32 srcDstStep, u32 mode, u32 edgeFlagsTop,
                                          u32 edgeFlagsBottom) {
+  if (const zvpStatus status = chromaHalvesStatus(mode, edgeFlagsTop); status != zvpStatusOk) return status;
   if (mode == intraChromaVertical) return predictChroma(pSrcDstU, pSrcDstV, srcDstStep, mode, edgeFlagsTop);
-  if (mode != intraChromaDc) return zvpStatusPredictionUnavailable;
   for (u8* const plane : {pSrcDstU, pSrcDstV})
     intra::dcChroma(intra::Rows<8>(plane, srcDstStep), neighboursOf(edgeFlagsTop), neighboursOf(edgeFlagsBottom));
   return zvpStatusOk;
@@ -109,9 +120,10 @@ zvpStatus addChromaByList(s16** ppSrcCoeff, u8* pSrcDstU, u8* pSrcDstV, s32 srcD
                             srcDstStep, cbp);
   return zvpStatusOk;
 }
-// Whether a table is missing that a coded block will ask for.
+// Whether a table is missing that a coded block will ask for. All other tests come before this one.
 ZVP_INLINE bool missesTables(u32 cbp, u32 qp, u8 bypass, const s16* tableU, const s16* tableV) {
-  return (cbp & cbpChroma) != 0 && !bypasses(bypass, qp) && anyNull(tableU, tableV);
+  const bool missesU = tableU == nullptr && (cbp & cbpU) != 0, missesV = tableV == nullptr && (cbp & cbpV) != 0;
+  return (missesU || missesV) && !bypasses(bypass, qp);
 }
 ZVP_INLINE bool nullArguments(s16** ppSrcCoeff, const u8* pSrcDstU, const u8* pSrcDstV) {
   return nullCursor(ppSrcCoeff) || anyNull(pSrcDstU, pSrcDstV);
@@ -220,9 +232,9 @@ zvpStatus zvpiReconstructChromaInterMB_H264_16s8u_P2R(s16** ppSrcCoeff, u8* pSrc
 zvpStatus zvpiReconstructChromaInter4x4MB_H264_16s8u_P2R(s16** ppSrcCoeff, u8* pSrcDstU, u8* pSrcDstV, s32 srcDstStep,
                                                          u32 cbp, u32 QP, const s16* pQuantTableU,
                                                          const s16* pQuantTableV, u8 bypass) {
-  if (nullArguments(ppSrcCoeff, pSrcDstU, pSrcDstV) || missesTables(cbp, QP, bypass, pQuantTableU, pQuantTableV))
-    return zvpStatusNullPointer;
+  if (nullArguments(ppSrcCoeff, pSrcDstU, pSrcDstV)) return zvpStatusNullPointer;
   if (QP > mostChromaQp) return zvpStatusOutOfRange;
+  if (missesTables(cbp, QP, bypass, pQuantTableU, pQuantTableV)) return zvpStatusNullPointer;
   return addChromaByList(ppSrcCoeff, pSrcDstU, pSrcDstV, srcDstStep, cbp, QP, pQuantTableU, pQuantTableV, bypass);
 }
 
@@ -237,11 +249,11 @@ zvpStatus zvpiReconstructChromaIntraMB_H264_16s8u_P2R(s16** ppSrcCoeff, u8* pSrc
 zvpStatus zvpiReconstructChromaIntra4x4MB_H264_16s8u_P2R(s16** ppSrcCoeff, u8* pSrcDstU, u8* pSrcDstV, s32 srcDstStep,
                                                          u32 mode, u32 cbp, u32 QP, u8 edgeFlags,
                                                          const s16* pQuantTableU, const s16* pQuantTableV, u8 bypass) {
-  if (nullArguments(ppSrcCoeff, pSrcDstU, pSrcDstV) || missesTables(cbp, QP, bypass, pQuantTableU, pQuantTableV))
-    return zvpStatusNullPointer;
+  if (nullArguments(ppSrcCoeff, pSrcDstU, pSrcDstV)) return zvpStatusNullPointer;
   if (QP > mostChromaQp) return zvpStatusOutOfRange;
-  const zvpStatus status = predictChroma(pSrcDstU, pSrcDstV, srcDstStep, mode, edgeFlags);
-  if (status != zvpStatusOk) return status;
+  if (const zvpStatus status = chromaStatus(mode, edgeFlags); status != zvpStatusOk) return status;
+  if (missesTables(cbp, QP, bypass, pQuantTableU, pQuantTableV)) return zvpStatusNullPointer;
+  predictChroma(pSrcDstU, pSrcDstV, srcDstStep, mode, edgeFlags);
   return addChromaByList(ppSrcCoeff, pSrcDstU, pSrcDstV, srcDstStep, cbp, QP, pQuantTableU, pQuantTableV, bypass);
 }
 
@@ -266,11 +278,11 @@ zvpStatus zvpiReconstructChromaIntraHalfs4x4MB_H264_16s8u_P2R(s16** ppSrcCoeff, 
                                                               u8 edgeFlagsTop, u8 edgeFlagsBottom,
                                                               const s16* pQuantTableU, const s16* pQuantTableV,
                                                               u8 bypass) {
-  if (nullArguments(ppSrcCoeff, pSrcDstU, pSrcDstV) || missesTables(cbp, u32(QP), bypass, pQuantTableU, pQuantTableV))
-    return zvpStatusNullPointer;
+  if (nullArguments(ppSrcCoeff, pSrcDstU, pSrcDstV)) return zvpStatusNullPointer;
   if (u32(QP) > mostQp) return zvpStatusOutOfRange;
-  const zvpStatus status = predictChromaHalves(pSrcDstU, pSrcDstV, srcDstStep, mode, edgeFlagsTop, edgeFlagsBottom);
-  if (status != zvpStatusOk) return status;
+  if (const zvpStatus status = chromaHalvesStatus(mode, edgeFlagsTop); status != zvpStatusOk) return status;
+  if (missesTables(cbp, u32(QP), bypass, pQuantTableU, pQuantTableV)) return zvpStatusNullPointer;
+  predictChromaHalves(pSrcDstU, pSrcDstV, srcDstStep, mode, edgeFlagsTop, edgeFlagsBottom);
   return addChromaByList(ppSrcCoeff, pSrcDstU, pSrcDstV, srcDstStep, cbp, u32(QP), pQuantTableU, pQuantTableV, bypass);
 }
 zvpStatus zvpiReconstructChromaIntraHalves4x4MB_H264_16s8u_P2R(s16** ppSrcCoeff, u8* pSrcDstU, u8* pSrcDstV,

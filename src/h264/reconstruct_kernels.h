@@ -180,7 +180,8 @@ ZVP_INLINE u8* moved(u8* p, BlockStep by, std::ptrdiff_t step) { return p + std:
 // What adds a residual returns the cursor behind the last block taken.
 
 // Bits of cbp.
-inline constexpr u32 cbpLumaDc = 1, cbpLuma4x4 = 0x1fffe, cbpLuma8x8 = 0xf, cbpChroma = 0x7fe0000;
+inline constexpr u32 cbpLumaDc = 1, cbpLuma4x4 = 0x1fffe, cbpLuma8x8 = 0xf;
+inline constexpr u32 cbpU = 0x7a0000, cbpV = 0x7840000, cbpChroma = cbpU | cbpV;
 
 // Adds the coded 4x4 blocks to the prediction in place, by quarters of the macroblock.
 template <class Scale>

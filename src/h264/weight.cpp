@@ -52,8 +52,8 @@ template <class T> zvpStatus oneDirection(T* srcDst, s32 step, zvpSize size, con
   return status;
 }
 
-// The 8-bit members do ordinary calls at once. Any other, a refused one too, goes the way in full, with scalar
-// arguments, so that an ordinary call passes it by without a frame.
+// The 8-bit members do ordinary calls at once, those whose result has a step of a row or more among them. Any other, a
+// refused one too, goes the way in full, with scalar arguments, so that an ordinary call passes it by without a frame.
 
 [[gnu::noinline]] zvpStatus oneDirectionInFull(u8* srcDst, s32 step, s32 logWD, s32 weight, s32 offset, zvpSize size) {
   return oneDirection(srcDst, step, size, oneDirection(logWD, weight, offset, 255));
@@ -87,7 +87,7 @@ template <Member M> ZVP_INLINE zvpStatus twoDirections(const u8* src1, const u8*
                                                        const zvpSize& size) {
   const Operands<u8> o = {src1, src1Step, src2, src2Step, dst, dstStep};
   if ((M == Member::ImplicitUnchecked || stepsReach(size.width, src1Step, src2Step)) && !anyNull(src1, src2, dst) &&
-      (M == Member::ImplicitUnchecked || stepsReach(size.width, dstStep))) {
+      dstStep >= size.width) {
     if constexpr (isImplicit(M)) {
       if (weight::isOrdinaryImplicit(weight1, weight2, size.height) &&
           weight::ordinary<true>(o, size.width, size.height,
@@ -116,8 +116,7 @@ zvpStatus twoDirections16u(const WeightBlockRecord* pRecord, const Weighting& we
 
 zvpStatus zvpiUniDirWeightBlock_H264_8u_C1R(u8* pSrcDst, s32 srcDstStep, s32 logWD, s32 weight, s32 offset,
                                             zvpSize roiSize) {
-  if (!anyNull(pSrcDst) && stepsReach(roiSize.width, srcDstStep) &&
-      weight::isOrdinary(weight, offset, logWD, roiSize.height)) {
+  if (!anyNull(pSrcDst) && srcDstStep >= roiSize.width && weight::isOrdinary(weight, offset, logWD, roiSize.height)) {
     const auto op = weight::ordinaryFactors(weight, 0, offset, logWD);
     const Operands<u8> o = {pSrcDst, srcDstStep, pSrcDst, srcDstStep, pSrcDst, srcDstStep};
     if (weight::ordinary<false>(o, roiSize.width, roiSize.height, op)) return zvpStatusOk;
@@ -187,6 +186,10 @@ zvpStatus zvpiBidir_H264_16u_P2P1R(const WeightBlockRecord* pRecord) {
   const Operands<u16> o = operands(*pRecord);
   const auto [columns, rows] = pRecord->roiSize;
   if (columns < 2 || columns > 16 || rows < 2 || rows > 16) return zvpStatusBadSize;
+  if (!weight::rowsApart(columns, o.dstStep)) {
+    weight::weighSerially(o, pRecord->roiSize, {1, 1, 1, 1, 0, 65535});
+    return zvpStatusOk;
+  }
   forEachPiece<8, 1>(columns, [o, height = rows](auto width, int x) {
     constexpr int bytes = 2 * width;
     for (int y = 0; y < height; ++y) {

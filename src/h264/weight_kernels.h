@@ -6,7 +6,7 @@
 //   8 bits   16-bit lanes if the sums, the offset moved in front of the shift, stay within 16 bits or may saturate;
 //            products in pairs to 32-bit lanes if the weights fit 16 bits;
 //   16 bits  products in pairs of samples taken as signed, 32768 lower, if the weights fit 16 bits and no sum wraps;
-//   both     one sample after the other for what remains, which no stream has.
+//   both     one sample after the other for what remains, which no stream has, and where rows of the result overlap.
 #pragma once
 
 #include <algorithm>
@@ -27,6 +27,10 @@ struct Weighting {
 
 // What the entries that look at the size take for a width and for a height.
 constexpr bool isLegalLength(s32 n) { return u32(n) <= 16 && ((1u << n) & 0x10114) != 0; }
+
+// Whether rows lie apart, for a width of 1 or more: the distance is not below it, up or down. Where they do not, what a
+// row leaves is overwritten by the next or read by it, and only one sample after the other is right.
+constexpr bool rowsApart(s32 width, std::ptrdiff_t step) { return u32(step) - u32(width) <= 0u - 2 * u32(width); }
 
 // Two predictions and the result. One prediction alone has src2 equal to src1 and a weight2 of 0.
 template <class T> struct Operands {
@@ -188,7 +192,7 @@ template <bool Two> ZVP_INLINE void weigh(const Operands<u16>& o, zvpSize size, 
 
 // ---- choice -----------------------------------------------------------------------------------------------------
 
-// Serial: weights beyond 16 bits or sums beyond 32.
+// Serial: weights beyond 16 bits, sums beyond 32, or rows that overlap.
 template <class T> void weighSerially(const Operands<T>& o, zvpSize size, const Weighting& w) {
   for (std::ptrdiff_t y = 0; y < size.height; ++y)
     for (std::ptrdiff_t x = 0; x < size.width; ++x) {
@@ -199,7 +203,7 @@ template <class T> void weighSerially(const Operands<T>& o, zvpSize size, const 
 }
 
 template <bool Two> void weighBlock(const Operands<u8>& o, zvpSize size, const Weighting& w) {
-  if (!fit16(w)) return weighSerially(o, size, w);
+  if (!fit16(w) || !rowsApart(size.width, o.dstStep)) return weighSerially(o, size, w);
   // (a >> shift) + offset is (a + (offset << shift)) >> shift, and a shift by less than 2 is one by 2 of 2 or 4 times
   // the sum.
   const int up = std::max(0, 2 - w.shift), shift = w.shift + up;
@@ -218,8 +222,8 @@ template <bool Two> void weighBlock(const Operands<u8>& o, zvpSize size, const W
 template <bool Two> void weighBlock(const Operands<u16>& o, zvpSize size, const Weighting& w) {
   const Range sum = sumRange(w, 65535);
   const s64 low = (sum.low >> w.shift) + w.offset - 32768, high = (sum.high >> w.shift) + w.offset;
-  if (fit16(w) && sum.low >= INT32_MIN && sum.high <= INT32_MAX && low >= INT32_MIN && high <= INT32_MAX &&
-      u32(w.highest) <= 65535) {
+  if (fit16(w) && rowsApart(size.width, o.dstStep) && sum.low >= INT32_MIN && sum.high <= INT32_MAX &&
+      low >= INT32_MIN && high <= INT32_MAX && u32(w.highest) <= 65535) {
     const s32 bias = wrapMul(wrapAdd(w.weight1, w.weight2), 32768);
     weigh<Two>(o, size,
                Biased{s16(w.weight1), s16(w.weight2), wrapAdd(w.rounding, bias), w.shift, wrapSub(w.offset, 32768),

@@ -121,7 +121,9 @@ void copyAbove(std::uint8_t* p, std::ptrdiff_t step, int n) {
   for (int y = 0; y < n; ++y) std::copy_n(p - step, n, p + y * step);
 }
 void copyLeft(std::uint8_t* p, std::ptrdiff_t step, int n) {
-  for (int y = 0; y < n; ++y) std::fill_n(p + y * step, n, p[y * step - 1]);
+  std::uint8_t side[16];
+  for (int y = 0; y < n; ++y) side[y] = p[y * step - 1];
+  for (int y = 0; y < n; ++y) std::fill_n(p + y * step, n, side[y]);
 }
 
 }  // namespace

@@ -112,6 +112,24 @@ TEST_P(Intra, FlatAndExtremeSurroundings) {
     }
 }
 
+// The least step that is taken: the sample left of a row is then the last one of the row above it, and counts as it was
+// before the call.
+TEST_P(Intra, AStepOfOneRow) {
+  const Member& m = GetParam();
+  Rng rng(std::uint64_t(m.size * 20 + m.modes));
+  for (int mode = 0; mode < m.modes; ++mode)
+    for (int round = 0; round < rounds(40); ++round) {
+      const int flags = rng.chance(3) ? int(rng.next()) & m.neighbours : m.neighbours;
+      std::vector<std::uint8_t> picture(std::size_t(m.size * (m.size + 3)));
+      fill(picture.data(), picture.size(), rng, anyStyle(rng), 0, 255);
+      std::vector<std::uint8_t> expected = picture;
+      const int origin = 2 * m.size;
+      const auto status = m.model(expected.data() + origin, m.size, mode, flags);
+      ASSERT_EQ(m.call(picture.data() + origin, m.size, std::uint32_t(mode), flags), status);
+      ASSERT_TRUE(sameBytes(picture, expected)) << "mode " << mode << " flags " << flags;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Members, Intra, ::testing::ValuesIn(members), [](const auto& test) {
   std::string name;
   for (const char c : std::string(test.param.name)) name += std::isalnum(static_cast<unsigned char>(c)) ? c : '_';

@@ -37,6 +37,7 @@ struct Member {
 
   bool chroma() const { return kind >= ChromaInter; }
   bool intra() const { return kind != Inter && kind != ChromaInter; }
+  bool asksForTable() const { return lists && (kind == Inter || kind == Intra16x16); }  // whatever is coded
   std::uint32_t mostQp() const { return kind == ChromaInter || kind == ChromaIntra ? 39 : 51; }
   std::uint32_t cbpBits() const {
     return chroma() ? 0x7fe0000 : size == 8 ? 0xf : kind == Intra16x16 ? 0x1ffff : 0x1fffe;
@@ -331,12 +332,8 @@ TEST_P(Reconstruct, RefusesInOrder) {
     if (m.kind == Intra4x4 || m.kind == Intra8x8) refused(a, zvpStatusNullPointer);
     a = good;
     a.qp = qp;
-    a.cbp = ~0u;  // blocks that ask for the table
     a.table = nullptr;
-    if (m.lists) refused(a, zvpStatusNullPointer);
-    a.table = good.table;
-    a.tableV = nullptr;
-    if (m.lists && m.chroma()) refused(a, zvpStatusNullPointer);
+    if (m.asksForTable()) refused(a, zvpStatusNullPointer);
   }
   for (const std::uint32_t qp : {badQp, 52u, 255u, 0x80000000u, ~0u}) {
     Args a = good;
@@ -345,6 +342,31 @@ TEST_P(Reconstruct, RefusesInOrder) {
     refused(a, zvpStatusOutOfRange);
     a.cbp = 0;
     refused(a, zvpStatusOutOfRange);
+  }
+  // A table that a coded block asks for and that the entry does not test with the other pointers comes last.
+  if (m.lists && !m.asksForTable()) {
+    Args a = good;
+    a.mode = 0;
+    if (m.kind == ChromaHalves) a.edgeFlagsBottom = 0xff;
+    for (int plane = 0; plane < (m.chroma() ? 2 : 1); ++plane) {
+      (plane == 0 ? a.table : a.tableV) = nullptr;
+      for (int bit = 0; bit < 32; ++bit) {
+        a.cbp = 1u << bit;
+        if ((m.cbpBits() >> bit & 1) == 0 || (m.chroma() && (plane == 1) != (bit == 18 || bit >= 23))) continue;
+        a.qp = badQp;
+        refused(a, zvpStatusOutOfRange);
+        a.qp = m.mostQp();
+        refused(a, zvpStatusNullPointer);
+        if (m.kind == ChromaIntra || m.kind == ChromaHalves) {
+          a.mode = 2;
+          refused(a, zvpStatusPredictionUnavailable);
+          a.mode = 4;
+          refused(a, m.kind == ChromaIntra ? zvpStatusOutOfRange : zvpStatusPredictionUnavailable);
+          a.mode = 0;
+        }
+      }
+      a.table = good.table;
+    }
   }
   if (m.kind == Intra16x16 || m.kind == ChromaIntra) {
     Args a = good;
@@ -450,6 +472,39 @@ TEST(ReconstructEdgeCases, BypassCountsAtQpZeroAlone) {
     ASSERT_EQ(call(&without.cursor, without.block, 40, first, 1, table, 0), zvpStatusOk);
     EXPECT_TRUE(sameBytes(with.samples, without.samples, sizeof with.samples));
     EXPECT_EQ(with.at(0, 0), with.at(size - 1, size - 1));
+  }
+}
+
+TEST(ReconstructEdgeCases, TablesThatNoBlockAsksForMayBeMissing) {
+  std::int16_t table[64] = {};
+  const std::int32_t modes[16] = {2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2};
+  Plain p;
+  std::uint8_t* const v = p.block + 8;
+  EXPECT_EQ(zvpiReconstructLumaIntra4x4MB_H264_16s8u_C1R(&p.cursor, p.block, 40, modes, 0xfffe0001, 51, 0, nullptr),
+            zvpStatusOk);
+  EXPECT_EQ(zvpiReconstructLumaIntra8x8MB_H264_16s8u_C1R(&p.cursor, p.block, 40, modes, 0xfffffff0, 51, 0, nullptr),
+            zvpStatusOk);
+  // Of each plane, none without coded blocks; none at all where nothing is scaled.
+  struct {
+    std::uint32_t cbp, qp;
+    const std::int16_t *tableU, *tableV;
+  } const cases[] = {{0xf801ffff, 39, nullptr, nullptr},
+                     {0x7a0000, 39, table, nullptr},
+                     {0x7840000, 39, nullptr, table},
+                     {0x7fe0000, 0, nullptr, nullptr}};
+  for (const auto& c : cases) {
+    Plain q;
+    EXPECT_EQ(
+        zvpiReconstructChromaInter4x4MB_H264_16s8u_P2R(&q.cursor, p.block, v, 40, c.cbp, c.qp, c.tableU, c.tableV, 1),
+        zvpStatusOk);
+    q.cursor = q.levels;
+    EXPECT_EQ(zvpiReconstructChromaIntra4x4MB_H264_16s8u_P2R(&q.cursor, p.block, v, 40, 0, c.cbp, c.qp, 0, c.tableU,
+                                                             c.tableV, 1),
+              zvpStatusOk);
+    q.cursor = q.levels;
+    EXPECT_EQ(zvpiReconstructChromaIntraHalfs4x4MB_H264_16s8u_P2R(&q.cursor, p.block, v, 40, 0, c.cbp, int(c.qp), 0, 0,
+                                                                  c.tableU, c.tableV, 1),
+              zvpStatusOk);
   }
 }
 

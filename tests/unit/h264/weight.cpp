@@ -72,6 +72,34 @@ void expectMember(Rng& rng, Layout layout, zvpSize size, int high, const Call<T>
   ASSERT_TRUE(sameBytes(dst.snapshot(), expected.bytes())) << size.width << "x" << size.height;
 }
 
+// The same where rows of the result overlap, for steps that are not refused: samples are done in raster order. Sources
+// are tight blocks; one of them may be the destination.
+template <class T> void expectOverlapping(Rng& rng, bool inPlace, zvpSize size, int32_t step, int high,
+                                          const Call<T>& call, const Formula& formula) {
+  const auto samples = [](zvpSize s, int32_t rowStep) {
+    return std::size_t(std::abs(rowStep) * (s.height - 1) + s.width);
+  };
+  const auto origin = [&](std::vector<T>& v, int32_t rowStep) {
+    return v.data() + (rowStep < 0 ? -rowStep * (size.height - 1) : 0);
+  };
+  const int32_t step1 = rng.chance(2) ? step : size.width;
+  std::vector<T> src1(samples(size, step1)), dst(samples(size, step)), own(samples(size, size.width));
+  for (auto* v : {&src1, &dst, &own}) fill(v->data(), v->size(), rng, anyStyle(rng), 0, high);
+  std::vector<T> expected = dst;
+  const int32_t step2 = inPlace ? step : size.width;
+  const T* const a = origin(src1, step1);
+  const T* const b = inPlace ? origin(dst, step) : own.data();
+  T* const e = origin(expected, step);
+  for (int y = 0; y < size.height; ++y)
+    for (int x = 0; x < size.width; ++x) {
+      const T s2 = (inPlace ? e : b)[y * step2 + x];
+      e[y * step + x] = T(formula(a[y * step1 + x], s2));
+    }
+  ASSERT_EQ(call(a, b, origin(dst, step), step1, step2, step, size), zvpStatusOk);
+  ASSERT_TRUE(sameBytes(dst.data(), expected.data(), dst.size() * sizeof(T)))
+      << size.width << "x" << size.height << " step " << step;
+}
+
 zvpSize anySize(Rng& rng) { return {rng.pick(lengths), rng.pick(lengths)}; }
 
 WeightBlockRecord recordOf(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t step1, int32_t step2,
@@ -231,6 +259,64 @@ TEST(Weight16u, MeanOfAnySize) {
         [&](const uint16_t* a, const uint16_t* b, uint16_t* dst, int32_t step1, int32_t step2, int32_t step,
             zvpSize size) {
           const auto record = recordOf(a, b, dst, step1, step2, step, size, rng.range(-5, 40));
+          return zvpiBidir_H264_16u_P2P1R(&record);
+        },
+        [](int32_t s1, int32_t s2) { return (s1 + s2 + 1) >> 1; });
+    NO_FAILURE();
+  }
+}
+
+// A step between the width and its negative, as far as a member takes one.
+TEST(Weight, RowsThatOverlap) {
+  Rng rng(308);
+  for (int round = 0; round < rounds(1500); ++round) {
+    Parameters p = anyParameters(rng, 1);
+    if (rng.chance(2)) p.weight2 = 64 - (p.weight1 = rng.range(-64, 128));
+    const bool inPlace = rng.chance(2);
+    zvpSize size = anySize(rng);
+    expectOverlapping<uint8_t>(
+        rng, true, size, rng.range(1 - size.width, -1), 255,
+        [&](const uint8_t*, const uint8_t*, uint8_t* dst, int32_t, int32_t, int32_t step, zvpSize s) {
+          return zvpiUniDirWeightBlock_H264_8u_C1R(dst, step, p.logWD, p.weight1, p.offset1, s);
+        },
+        [&](int32_t, int32_t s) { return model::weightOne(s, p.logWD, p.weight1, p.offset1, 255); });
+    NO_FAILURE();
+    expectOverlapping<uint8_t>(
+        rng, inPlace, size, rng.range(1 - size.width, -1), 255,
+        [&](const uint8_t* a, const uint8_t* b, uint8_t* dst, int32_t step1, int32_t step2, int32_t step, zvpSize s) {
+          return zvpiBiDirWeightBlock_H264_8u_P3P1R(a, b, dst, step1, step2, step, p.logWD, p.weight1, p.offset1,
+                                                    p.weight2, p.offset2, s);
+        },
+        [&](int32_t s1, int32_t s2) {
+          return model::weightTwo(s1, s2, p.logWD, p.weight1, p.offset1, p.weight2, p.offset2, 255);
+        });
+    NO_FAILURE();
+    expectOverlapping<uint16_t>(
+        rng, inPlace, size, rng.range(1 - size.width, -1), 1023,
+        [&](const uint16_t* a, const uint16_t* b, uint16_t* dst, int32_t step1, int32_t step2, int32_t step,
+            zvpSize s) {
+          const auto record = recordOf(a, b, dst, step1, step2, step, s, 10);
+          return zvpiBidirWeight_H264_16u_P2P1R(&record, p.logWD, p.weight1, p.offset1, p.weight2, p.offset2);
+        },
+        [&](int32_t s1, int32_t s2) {
+          return model::weightTwo(s1, s2, p.logWD, p.weight1, p.offset1, p.weight2, p.offset2, 1023);
+        });
+    NO_FAILURE();
+    // These two check no step.
+    if (rng.chance(2)) size = {rng.range(1, 40), rng.range(1, 20)};
+    expectOverlapping<uint8_t>(
+        rng, inPlace, size, rng.range(1 - size.width, size.width - 1), 255,
+        [&](const uint8_t* a, const uint8_t* b, uint8_t* dst, int32_t step1, int32_t step2, int32_t step, zvpSize s) {
+          return zvpiBiDirWeightBlockImplicit_H264_8u_P3P1R(a, b, dst, step1, step2, step, p.weight1, p.weight2, s);
+        },
+        [&](int32_t s1, int32_t s2) { return model::weightImplicit(s1, s2, p.weight1, p.weight2, 255); });
+    NO_FAILURE();
+    size = {rng.range(2, 16), rng.range(2, 16)};
+    expectOverlapping<uint16_t>(
+        rng, inPlace, size, rng.range(1 - size.width, size.width - 1), 65535,
+        [&](const uint16_t* a, const uint16_t* b, uint16_t* dst, int32_t step1, int32_t step2, int32_t step,
+            zvpSize s) {
+          const auto record = recordOf(a, b, dst, step1, step2, step, s, 8);
           return zvpiBidir_H264_16u_P2P1R(&record);
         },
         [](int32_t s1, int32_t s2) { return (s1 + s2 + 1) >> 1; });
