@@ -169,7 +169,7 @@ class AffineWalk {
 };
 
 inline AffineMap lumaAffine(const WarpSpec& spec, s32 x, s32 y) {
-  const s32 shift = spec.affineShift + spec.warpingAccuracy - 3;
+  const s32 shift = wrapAdd(spec.affineShift, spec.warpingAccuracy - 3);
   const s32 dx = wrapSub(x, spec.vopX), dy = wrapSub(y, spec.vopY);
   const auto start = [&](s32 point0, s32 sprite, s32 perColumn, s32 perRow) {
     const s32 origin = wrapShl(wrapSub(point0, wrapMul(16, sprite)), shift);
@@ -186,7 +186,7 @@ inline AffineMap lumaAffine(const WarpSpec& spec, s32 x, s32 y) {
 
 // A chroma sample lies between four of luma: at twice its position and a half, hence four times and 1 over two.
 inline AffineMap chromaAffine(const WarpSpec& spec, s32 x, s32 y) {
-  const s32 shift = spec.affineShift + spec.warpingAccuracy - 1;
+  const s32 shift = wrapAdd(spec.affineShift, spec.warpingAccuracy - 1);
   const auto centre = [](s32 v, s32 vop) { return s32(4 * u32(v) - 2 * u32(vop) + 1); };
   const s32 I = centre(x, spec.vopX), J = centre(y, spec.vopY);
   const auto start = [&](s32 point0, s32 sprite, s32 perColumn, s32 perRow) {
@@ -305,17 +305,25 @@ inline const u8* clampedRow(const Plane& plane, s64 y, s32 height) {
   return plane.src + std::ptrdiff_t(std::clamp<s64>(y, 0, height - 1)) * plane.srcStep;
 }
 
-// A block copied from (x, y), in samples, which may lie anywhere.
-inline void copyTranslated(const Plane& plane, s32 x, s32 y, zvpSize block, zvpSize sprite) {
-  for (s32 i = 0; i < block.height; ++i)
-    copyClamped(clampedRow(plane, s64(y) + i, sprite.height), x, sprite.width, plane.dst + i * plane.dstStep,
-                block.width);
+// Positions have 32 bits: -2^31 follows 2^31 - 1. How many of count positions from start on come before that happens.
+constexpr s32 beforeWrap(s32 start, s32 count) { return s32(std::min<s64>(count, (s64(1) << 31) - start)); }
+
+// A block copied from (x, y), in samples, which may lie anywhere. Columns beyond the wrap are left of the sprite.
+ZVP_INLINE void copyTranslated(const Plane& plane, s32 x, s32 y, zvpSize block, zvpSize sprite) {
+  const s32 columns = beforeWrap(x, block.width);
+  for (s32 i = 0; i < block.height; ++i) {
+    const u8* row = clampedRow(plane, wrapAdd(y, i), sprite.height);
+    u8* dst = plane.dst + i * plane.dstStep;
+    copyClamped(row, x, sprite.width, dst, columns);
+    if (columns < block.width) [[unlikely]]
+      std::memset(dst + columns, row[0], std::size_t(block.width - columns));
+  }
 }
 
-// A block read at (x, y), in samples, and (tx, ty) sixteenths. In half samples this is the rounding of half-pel
-// prediction, so luma is done here too. Eight columns at a time; the sums have 16 bits.
-inline void readTranslated(const Plane& plane, s32 x, s32 y, s32 tx, s32 ty, s32 bilinearRound, zvpSize block,
-                           zvpSize sprite) {
+// A block whose positions do not wrap, read at (x, y), in samples, and (tx, ty) sixteenths. In half samples this is the
+// rounding of half-pel prediction, so luma is done here too. Eight columns at a time; the sums have 16 bits.
+inline void readPart(const Plane& plane, s32 x, s32 y, s32 tx, s32 ty, s32 bilinearRound, zvpSize block,
+                     zvpSize sprite) {
   const auto splat = [](s32 w) { return simd::splat<U16<8>>(u16(w)); };
   const auto upperLeft = splat((16 - tx) * (16 - ty)), upperRight = splat(tx * (16 - ty));
   const auto lowerLeft = splat((16 - tx) * ty), lowerRight = splat(tx * ty), rounding = splat(bilinearRound);
@@ -348,6 +356,23 @@ inline void readTranslated(const Plane& plane, s32 x, s32 y, s32 tx, s32 ty, s32
       upper = lower;
     }
   });
+}
+
+// Any block read there: in parts where its positions wrap, as hardly any do.
+inline void readTranslated(const Plane& plane, s32 x, s32 y, s32 tx, s32 ty, s32 bilinearRound, zvpSize block,
+                           zvpSize sprite) {
+  Plane part = plane;
+  zvpSize size;
+  for (s32 top = 0; top < block.height; top += size.height) {
+    const s32 partY = wrapAdd(y, top);
+    size.height = beforeWrap(partY, block.height - top);
+    for (s32 left = 0; left < block.width; left += size.width) {
+      const s32 partX = wrapAdd(x, left);
+      size.width = beforeWrap(partX, block.width - left);
+      part.dst = plane.dst + top * plane.dstStep + left;
+      readPart(part, partX, partY, tx, ty, bilinearRound, size, sprite);
+    }
+  }
 }
 
 // ---- kernels ----------------------------------------------------------------------------------------------------

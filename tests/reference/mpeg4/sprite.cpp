@@ -210,11 +210,11 @@ void warpLuma(const Warp& w, const Picture& p, Rect block, uint8_t* dst) {
   const Int x = block.x, y = block.y, sx = w.sprite.x, sy = w.sprite.y, a = w.accuracy;
   const Int dx = x - w.vop.x, dy = y - w.vop.y;
   if (w.points == 0) {
-    forBlock(block, dst, [&](int i, int j) { return sampleAt(p, int64_t((x - sx).v) + i, int64_t((y - sy).v) + j); });
+    forBlock(block, dst, [&](int i, int j) { return sampleAt(p, (x - sx + i).v, (y - sy + j).v); });
   } else if (w.points == 1) {
     const Int x0 = x - sx + (Int(w.point0[0]) >> 4) - w.vop.x, y0 = y - w.vop.y - sy + (Int(w.point0[1]) >> 4);
     forBlock(block, dst, [&](int i, int j) {
-      return halfPel(p, int64_t(x0.v) + i, int64_t(y0.v) + j, w.point0[0] & 8, w.point0[1] & 8, w.rounding);
+      return halfPel(p, (x0 + i).v, (y0 + j).v, w.point0[0] & 8, w.point0[1] & 8, w.rounding);
     });
   } else if (w.points < 4) {
     const Int sh = Int(w.affineShift) + a - 3;
@@ -234,13 +234,12 @@ void warpChroma(const Warp& w, const Picture& p, Rect block, uint8_t* dst) {
   const Int x = block.x, y = block.y, sx = w.chroma.x, sy = w.chroma.y, a = w.accuracy;
   const Int I = Int(4) * x - Int(2) * w.vop.x + 1, J = Int(4) * y - Int(2) * w.vop.y + 1;
   if (w.points == 0) {
-    forBlock(block, dst, [&](int i, int j) { return sampleAt(p, int64_t((x - sx).v) + i, int64_t((y - sy).v) + j); });
+    forBlock(block, dst, [&](int i, int j) { return sampleAt(p, (x - sx + i).v, (y - sy + j).v); });
   } else if (w.points == 1) {
     const Int x0 = x - sx + (Int(w.chromaShift[0]) >> 4) - w.vop.x / 2;
     const Int y0 = y - sy + (Int(w.chromaShift[1]) >> 4) - w.vop.y / 2;
     forBlock(block, dst, [&](int i, int j) {
-      return reading(p, int64_t(x0.v) + i, int64_t(y0.v) + j, w.chromaShift[0] & 15, w.chromaShift[1] & 15,
-                     w.bilinearRound);
+      return reading(p, (x0 + i).v, (y0 + j).v, w.chromaShift[0] & 15, w.chromaShift[1] & 15, w.bilinearRound);
     });
   } else if (w.points < 4) {
     const Int sh = Int(w.affineShift) + a - 1, P = Int(2) * w.pow2;

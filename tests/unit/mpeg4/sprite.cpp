@@ -234,6 +234,49 @@ TEST(Sprite, SlightWarpsMatchTheModel) {
   }
 }
 
+// Without warp or with a translation: past the last of all positions, at the lower right, come the first ones.
+TEST(Sprite, BlocksAcrossTheLastPositionMatchTheModel) {
+  Rng rng(9);
+  for (int round = 0; round < rounds(2000); ++round) {
+    Setting s = gentleSetting(round % 2, rng);
+    const auto across = [&](model::Rect block) {
+      const bool both = rng.chance(2), right = both || rng.chance(2);
+      if (right) block.x = INT32_MAX - rng.range(0, 45);
+      if (both || !right) block.y = INT32_MAX - rng.range(0, 45);
+      return block;
+    };
+    const model::Rect luma = across(randomBlock(s.sprite, 16, rng));
+    ASSERT_NO_FATAL_FAILURE(expectLuma(s, luma, rng)) << "round " << round;
+    const model::Rect chroma = across(randomBlock(s.warp().chroma, 8, rng));
+    ASSERT_NO_FATAL_FAILURE(expectChroma(s, chroma, rng)) << "round " << round;
+  }
+}
+
+TEST(Sprite, LastPositionIsFollowedByTheFirst) {
+  std::uint8_t sprite[8 * 8];
+  for (int i = 0; i < 64; ++i) sprite[i] = std::uint8_t(3 * i);
+  const zvpRect r = {INT32_MAX - 3, INT32_MAX - 2, 16, 16};  // four columns and three rows ahead of the end
+  std::uint8_t expected[16 * 16];
+  for (int y = 0; y < 16; ++y)
+    for (int x = 0; x < 16; ++x) expected[16 * y + x] = sprite[(y < 3 ? 56 : 0) + (x < 4 ? 7 : 0)];
+  for (int points = 0; points <= 1; ++points) {
+    Setting s;
+    s.points = points;
+    s.du = s.dv = {1, 0, 0, 0};  // half a sample, which makes no difference out here
+    s.sprite = s.vop = {0, 0, 8, 8};
+    alignas(16) std::uint8_t record[recordBytes];
+    ASSERT_EQ(s.init(record), zvpStatusOk);
+    std::uint8_t dst[2][16 * 16] = {};
+    ASSERT_EQ(zvpiWarpLuma_MPEG4_8u_C1R(sprite, 8, dst[0], 16, &r, record), zvpStatusOk);
+    EXPECT_TRUE(sameBytes(dst[0], expected, sizeof expected)) << points << " points";
+    s.sprite = {0, 0, 16, 16};
+    ASSERT_EQ(s.init(record), zvpStatusOk);
+    ASSERT_EQ(zvpiWarpChroma_MPEG4_8u_P2R(sprite, 8, sprite, 8, dst[0], 16, dst[1], 16, &r, record), zvpStatusOk);
+    EXPECT_TRUE(sameBytes(dst[0], expected, sizeof expected)) << points << " points";
+    EXPECT_TRUE(sameBytes(dst[1], expected, sizeof expected)) << points << " points";
+  }
+}
+
 TEST(Sprite, GlobalVectorMatchesTheModel) {
   Rng rng(4);
   for (int round = 0; round < rounds(10000); ++round) {
@@ -351,6 +394,57 @@ TEST(Sprite, InitChecksInOrder) {
   std::memcpy(&magic, memory + 224, 4);
   EXPECT_EQ(magic, 0x434D4151u);
   EXPECT_EQ(Setting().init(memory, nullptr, nullptr), zvpStatusOk);  // without points nobody asks for them
+}
+
+// A record that was refused for want of differences maps blocks by whatever its memory held, within their bounds.
+TEST(Sprite, RefusedRecordsHarmNobody) {
+  Rng rng(10);
+  for (int round = 0; round < rounds(1500); ++round) {
+    Setting s = gentleSetting(round % 4 + 1, rng);
+    const Guard guard = rng.guard();
+    GuardedBytes memory(recordBytes, guard);
+    fill(memory.data(), recordBytes, rng, Style::Uniform, 0, 255);
+    if (rng.chance(2)) {  // extremes, aligned as the record's numbers are
+      for (std::size_t i = 0; i < recordBytes; i += 4) {
+        const std::int32_t extreme = rng.pick<std::int32_t>({INT32_MIN, INT32_MAX, -1, 0, 1, 31, 32});
+        std::memcpy(memory.data() + i, &extreme, 4);
+      }
+    }
+    ASSERT_EQ(s.init(memory.data(), nullptr, s.dv.data()), zvpStatusNullPointer);
+    memory.makeReadOnly();
+
+    const model::Rect block = randomBlock(s.sprite, 16, rng);
+    const zvpRect dstRect = rect(block);
+    const Plane luma = spritePlane(s.sprite.width, s.sprite.height, rng);
+    const model::Rect chroma = s.warp().chroma;
+    const Plane cb = spritePlane(chroma.width, chroma.height, rng), cr = spritePlane(chroma.width, chroma.height, rng);
+    Plane first = blockPlane(block, rng), second = blockPlane(block, rng);
+    const auto expectBlockAlone = [&](Plane& plane, auto predict) {
+      std::fill_n(plane.bytes().data(), plane.bytes().size(), std::uint8_t(0x11));
+      predict();
+      for (int y = 0; y < plane.height(); ++y)
+        for (int x = 0; x < plane.width(); ++x) plane.set(x, y, 0x11);
+      for (const std::uint8_t byte : plane.snapshot()) ASSERT_EQ(byte, 0x11) << s;
+    };
+    ASSERT_NO_FATAL_FAILURE(expectBlockAlone(first, [&] {
+      EXPECT_EQ(zvpiWarpLuma_MPEG4_8u_C1R(luma.data(), int(luma.step()), first.data(), int(first.step()), &dstRect,
+                                          memory.data()),
+                zvpStatusOk);
+    }));
+    const auto predictChroma = [&] {
+      EXPECT_EQ(
+          zvpiWarpChroma_MPEG4_8u_P2R(cb.data(), int(cb.step()), cr.data(), int(cr.step()), first.data(),
+                                      int(first.step()), second.data(), int(second.step()), &dstRect, memory.data()),
+          zvpStatusOk);
+    };
+    ASSERT_NO_FATAL_FAILURE(expectBlockAlone(first, predictChroma));
+    ASSERT_NO_FATAL_FAILURE(expectBlockAlone(second, predictChroma));
+    Placed<std::int16_t> mv({0, 0}, rng);
+    const int x = rng.chance(8) ? anything(rng) : rng.range(0, 700);
+    const int y = rng.chance(8) ? anything(rng) : rng.range(0, 500);
+    ASSERT_EQ(zvpiCalcGlobalMV_MPEG4(x, y, mv.data(), memory.data()), zvpStatusOk);
+    for (const int v : mv.values()) ASSERT_TRUE(v >= -(16 << s.fcode) && v < 16 << s.fcode) << s;
+  }
 }
 
 TEST(Sprite, InitWritesWithinItsRecord) {
