@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <map>
 #include <set>
 
@@ -67,19 +68,30 @@ std::string wordOf(const Words& words, int run, int level) {
   return word + (level < 0 ? '1' : '0');
 }
 
+// How far the DC may go, and coefficients after dequantization: one, and all of a block together. And runs of zeros.
+struct Limits {
+  int dc;
+  double one, sum;
+  int run;
+};
+// Mostly in the range of samples, within which all transforms agree.
+constexpr Limits agreeing = {150, 300, 1200, 50};
+// Always in it: a coefficient of 4 adds no more than 1 to any sample, a DC of 2 adds 1.
+constexpr Limits inRange = {60, 130, 4 * (126 - 60 / 2), 16};
+
 // Coefficients at rising places of the scan in about so many bits. The factor tells what one of level 1 is after
-// dequantization; together they stay in the range of samples, within which all transforms agree.
+// dequantization.
 template <class Factor>
-DvBlock makeBlock(const Words& words, int mode, int c, Factor factor, int wantedBits, Rng& rng) {
+DvBlock makeBlock(const Words& words, int mode, int c, Factor factor, int wantedBits, const Limits& limits, Rng& rng) {
   DvBlock block;
-  block.dc = rng.range(-150, 150);
+  block.dc = rng.range(-limits.dc, limits.dc);
   block.mode = mode;
   block.classNumber = c;
-  double left = 1200;
+  double left = limits.sum;
   for (int last = 0; int(block.bits.size()) < wantedBits;) {
-    const int place = last + 1 + rng.range(0, rng.chance(2) ? 2 : 50);
+    const int place = last + 1 + rng.range(0, rng.chance(2) ? 2 : limits.run);
     if (place > 63) break;
-    const int most = int(std::min(300.0, left) / factor(place));
+    const int most = int(std::min(limits.one, left) / factor(place));
     if (most < 1) break;
     int level = rng.range(1, std::min(most, rng.chance(2) ? 4 : 255));
     left -= level * factor(place);
@@ -91,20 +103,65 @@ DvBlock makeBlock(const Words& words, int mode, int c, Factor factor, int wanted
   return block;
 }
 
+// A block without the codes that do not end within so many bits, and how many coefficients it keeps and loses by that.
+struct Part {
+  DvBlock block;
+  int kept = 0, lost = 0;
+};
+Part withinBits(const DvBlock& block, int bits, const reference::dv::Codes& codes) {
+  Part part = {block};
+  part.block.bits.clear();
+  for (std::size_t at = 0; at < block.bits.size();) {
+    std::string word;
+    std::pair<int, int> event = {0, 1};
+    if (block.bits.compare(at, 7, "1111111") == 0) {
+      word = block.bits.substr(at, 16);
+    } else {
+      while (!codes.contains(word)) word += block.bits.at(at + word.size());
+      event = codes.at(word);
+    }
+    at += word.size();
+    const bool kept = int(at) <= bits;
+    if (kept || event.first == dvEndOfBlockRun) part.block.bits += word;
+    if (event.second != 0) ++(kept ? part.kept : part.lost);
+  }
+  return part;
+}
+
+// A frame with nothing but what another one has in the blocks' own spaces, and by plane how many coefficients that are
+// and how many it lacks.
+struct OwnSpaces {
+  Bytes frame;
+  std::array<int, 3> kept{}, lost{};
+};
+
 // Replaces the segments of a frame by others of all modes, classes, quantizers and codes, which fill the spaces of
 // their blocks and go on in others.
-void rewrite(Bytes& frame, const dv::System& system, Rng& rng) {
+void rewrite(Bytes& frame, const dv::System& system, const Limits& limits, Rng& rng, OwnSpaces* ownSpaces = nullptr) {
   const reference::dv::Format& format =
       system.highDefinition ? reference::dv::formatDV100() : reference::dv::formatDV();
   const dv::Tables& tables = dv::Tables::instance();
-  const Words words = dvWords(dvCodes(false));
+  const reference::dv::Codes codes = dvCodes(false);
+  const Words words = dvWords(codes);
+  const Bytes original = frame;
+  if (ownSpaces) ownSpaces->frame = frame;
   for (const dv::SegmentPlace& segment : dv::segmentPlaces(system, false)) {
-    const Bytes original(frame.begin() + std::ptrdiff_t(segment.offset),
-                         frame.begin() + std::ptrdiff_t(segment.offset + dv::segmentBytes));
     int qnos[5];
-    std::vector<DvBlock> blocks;
+    const auto write = [&](const std::vector<DvBlock>& blocks, Bytes& to) {
+      if (!dvWriteSegment(format, blocks, rng, to.data() + segment.offset)) return false;
+      for (std::size_t m = 0; m < 5; ++m) {
+        const std::size_t at = segment.offset + 80 * m;
+        std::copy_n(original.begin() + std::ptrdiff_t(at), 3, to.begin() + std::ptrdiff_t(at));
+        to[at + 3] = std::uint8_t(qnos[m]);
+      }
+      return true;
+    };
+    std::vector<DvBlock> blocks, partBlocks;
+    std::vector<Part> parts;
     do {
       blocks.clear();
+      partBlocks.clear();
+      parts.clear();
       for (int m = 0; m < 5; ++m) {
         const int qno = qnos[m] = rng.range(0, 15);
         const bool fields = rng.chance(2) && !segment.macroblocks[m].edge;  // 32x8 samples have no lines to part
@@ -118,14 +175,17 @@ void rewrite(Bytes& frame, const dv::System& system, Rng& rng) {
             return tables.weights[mode][at] * tables.steps[mode][c][qno][at] / 8192.0;
           };
           const bool unused = system.sampling == dv::Sampling::C422 && !system.highDefinition && (b == 1 || b == 3);
-          blocks.push_back(makeBlock(words, mode, c, factor, unused ? 0 : rng.chance(3) ? 250 : 60, rng));
+          blocks.push_back(makeBlock(words, mode, c, factor, unused ? 0 : rng.chance(3) ? 250 : 60, limits, rng));
+          if (!ownSpaces) continue;
+          parts.push_back(withinBits(blocks.back(), 8 * format.bytes[b] - 12, codes));  // behind DC, mode and class
+          partBlocks.push_back(parts.back().block);
         }
       }
-    } while (!dvWriteSegment(format, blocks, rng, frame.data() + segment.offset));
-    for (std::size_t m = 0; m < 5; ++m) {
-      const auto at = std::ptrdiff_t(80 * m);
-      std::copy_n(original.begin() + at, 3, frame.begin() + std::ptrdiff_t(segment.offset) + at);
-      frame[segment.offset + 80 * m + 3] = std::uint8_t(qnos[m]);
+    } while (!write(blocks, frame) || (ownSpaces && !write(partBlocks, ownSpaces->frame)));
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      const std::size_t b = i % format.at.size(), plane = b < 4 ? 0 : b == 4 ? 2 : 1;
+      ownSpaces->kept[plane] += parts[i].kept;
+      ownSpaces->lost[plane] += parts[i].lost;
     }
   }
 }
@@ -243,7 +303,7 @@ TEST_P(DvStream, OfAnyCoefficientsIsThatOfFfmpeg) {
   makeDv(format, DvSource::Pattern, 1, file);
   Bytes stream = readFile(file);
   Rng rng(3);
-  rewrite(stream, systemOf(format), rng);
+  rewrite(stream, systemOf(format), agreeing, rng);
   writeFile(file, stream);
   const Decoded decoded = decodeDv(stream);
   ASSERT_EQ(decoded.pictures.size(), 1u) << decoded.error;
@@ -276,6 +336,48 @@ TEST_P(DvStream, HasPreviews) {
       for (const StoredPicture& picture : whole.pictures) expected.push_back(reduced(picture, preview.zoom).samples);
       expectAlike(small.pictures, expected, fields ? 26 : least);
     }
+  }
+}
+
+// A draft takes no more than what stands in each block's own space: it is held against ffmpeg's pictures of a stream
+// that has no more, reduced by means.
+TEST_P(DvStream, HasDraftsThatAreThoseOfFfmpeg) {
+  ZVP_NEED_PROGRAM("ffmpeg");
+  const DvFormat& format = GetParam();
+  const TemporaryDirectory scratch;
+  const auto file = scratch / "coded.dv";
+  makeDv(format, DvSource::Pattern, 1, file);
+  Bytes stream = readFile(file);
+  Rng rng(4);
+  OwnSpaces ownSpaces;
+  rewrite(stream, systemOf(format), inRange, rng, &ownSpaces);
+  const Decoded draft = decodeDv(stream, {2, true});
+  ASSERT_EQ(draft.pictures.size(), 1u) << draft.error;
+  if (systemOf(format).highDefinition) {  // read as a whole all the same
+    EXPECT_EQ(draft.pictures[0].samples, decodeDv(stream, {2, false}).pictures.at(0).samples);
+    return;
+  }
+  StoredPicture whole;
+  whole.format = draft.pictures[0].format;
+  whole.format.width *= 2;
+  whole.format.height *= 2;
+  std::size_t pictureBytes = 0;
+  for (int plane = 0; plane < 3; ++plane)
+    pictureBytes += std::size_t(whole.format.planeWidth(plane)) * std::size_t(whole.format.planeHeight(plane));
+  writeFile(file, ownSpaces.frame);
+  whole.samples = decodeDvWithFfmpeg(file, scratch, pictureBytes).at(0);
+  const StoredPicture expected = reduced(whole, 2);
+  for (int plane = 0; plane < 3; ++plane) {
+    SCOPED_TRACE("plane " + std::to_string(plane));
+    const auto at = std::size_t(plane);
+    EXPECT_GT(ownSpaces.lost[at], ownSpaces.kept[at] / 20);
+    // The coarse dequantization leaves a coefficient below its value by less than 4, and the rounding of its factor
+    // takes another half at most. The transforms are orthonormal: the squares of a block's errors add up to the same in
+    // samples as in coefficients, and means of four samples have no larger ones. One is for what is rounded on the two
+    // ways: samples to integers, and means, behind whose point the draft drops up to 3/4.
+    const double samples = double(whole.format.planeWidth(plane)) * whole.format.planeHeight(plane);
+    const double squared = ownSpaces.kept[at] * 4.5 * 4.5 / samples + 1;
+    EXPECT_GE(zvptool::psnr(draft.pictures[0], expected, plane), 10 * std::log10(255 * 255 / squared));
   }
 }
 
