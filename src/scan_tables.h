@@ -25,9 +25,9 @@ inline constexpr Scan ownvc_AltScanV = {
     4,  12, 19, 27, 34, 42, 50, 58, 35, 43, 51, 59, 20, 28, 5,  13, 6,  14, 21, 29, 36, 44,
     52, 60, 37, 45, 53, 61, 22, 30, 7,  15, 23, 31, 38, 46, 54, 62, 39, 47, 55, 63};
 
-constexpr bool isPermutation(const Scan& scan) {
+template <class T> constexpr bool isPermutation(const std::array<T, 64>& scan) {
   u64 seen = 0;
-  for (u8 raster : scan) seen |= u64(1) << raster;
+  for (T raster : scan) seen |= u64(1) << raster;
   return seen == ~u64(0);
 }
 static_assert(isPermutation(ownvc_Zigzag) && isPermutation(ownvc_AltScanH) && isPermutation(ownvc_AltScanV));

@@ -27,8 +27,7 @@ struct Event {
 template <class Code>
 zvpStatus decodeBlock(const Code& code, const u32** ppBitStream, s32* pBitOffset, s32* pNumCoeff, s16* pDstCoeffs,
                       s32 scanType) {
-  if (nullCursor(ppBitStream) || anyNull(pBitOffset) || anyNull(pNumCoeff) || anyNull(pDstCoeffs))
-    return zvpStatusNullPointer;
+  if (nullCursor(ppBitStream) || anyNull(pBitOffset, pNumCoeff, pDstCoeffs)) return zvpStatusNullPointer;
   constexpr u32 positions = 64;
   WordCursor cursor{*ppBitStream, loadAs<s32>(pBitOffset)};
   const AvsVlcStage* stage = code.stages.data();

@@ -7,7 +7,7 @@
 
 #include <array>
 
-#include "types.h"
+#include "scan_tables.h"
 
 namespace zvp {
 
@@ -212,11 +212,6 @@ static_assert(endsAt(VLC0_Inter, 58) && endsAt(VLC1_Inter, 2) && endsAt(VLC2_Int
 static_assert(endsAt(VLC0_Chroma, 58) && endsAt(VLC1_Chroma, 0) && endsAt(VLC2_Chroma, 2) && endsAt(VLC3_Chroma, 0) &&
               endsAt(VLC4_Chroma, 0));
 
-constexpr bool isPermutation(const std::array<s32, 64>& scan) {
-  u64 seen = 0;
-  for (s32 raster : scan) seen |= u64(1) << raster;
-  return seen == ~u64(0);
-}
 static_assert(isPermutation(AVSScan[0]) && isPermutation(AVSScan[1]));
 
 }  // namespace zvp

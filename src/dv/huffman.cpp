@@ -5,7 +5,7 @@ using namespace zvp;
 using namespace zvp::dv;
 
 zvpStatus zvpiInitAllocHuffmanTable_DV_32u(const s32* pHuffTable1, const s32* pHuffTable2, u32** ppHuffTable) {
-  if (anyNull(pHuffTable1, pHuffTable2) || anyNull(ppHuffTable)) return zvpStatusNullPointer;
+  if (anyNull(pHuffTable1, pHuffTable2, ppHuffTable)) return zvpStatusNullPointer;
   return makeTable(pHuffTable1, pHuffTable2, ppHuffTable);
 }
 

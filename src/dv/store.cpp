@@ -11,9 +11,9 @@ using Store = void (*)(const s16* src, u8* dst, std::ptrdiff_t step);
 // Five macroblocks, the two pointers of each tested in turn.
 template <Store store>
 zvpStatus storeTested(s16* const* ppSrc, u8* const* ppDst, std::ptrdiff_t step) {
-  if (anyNull(ppSrc) || anyNull(ppDst)) return zvpStatusNullPointer;
+  if (anyNull(ppSrc, ppDst)) return zvpStatusNullPointer;
   for (int i = 0; i < 5; ++i) {
-    if (anyNull(ppSrc[i]) || anyNull(ppDst[i])) return zvpStatusNullPointer;
+    if (anyNull(ppSrc[i], ppDst[i])) return zvpStatusNullPointer;
     store(ppSrc[i], ppDst[i], step);
   }
   return zvpStatusOk;
@@ -22,14 +22,14 @@ zvpStatus storeTested(s16* const* ppSrc, u8* const* ppDst, std::ptrdiff_t step) 
 // Five macroblocks, or those before the first null source: required, and no error.
 template <Store store>
 zvpStatus storeToNull(s16* const* ppSrc, u8* const* ppDst, std::ptrdiff_t step) {
-  if (anyNull(ppSrc) || anyNull(ppDst)) return zvpStatusNullPointer;
+  if (anyNull(ppSrc, ppDst)) return zvpStatusNullPointer;
   for (int i = 0; i < 5 && ppSrc[i] != nullptr; ++i) store(ppSrc[i], ppDst[i], step);
   return zvpStatusOk;
 }
 
 template <Store store>
 zvpStatus storeOne(const s16* pSrc, u8* pDst, std::ptrdiff_t step) {
-  if (anyNull(pSrc) || anyNull(pDst)) return zvpStatusNullPointer;
+  if (anyNull(pSrc, pDst)) return zvpStatusNullPointer;
   store(pSrc, pDst, step);
   return zvpStatusOk;
 }
@@ -54,7 +54,7 @@ zvpStatus zvpiYCrCb422ToYCbCr422_8x4x5MB_DV_16s8u_P3C2R(s16* const ppSrc[5], u8*
   return storeToNull<layOut<mb422, 4>>(ppSrc, ppDst, dstStep);
 }
 zvpStatus zvpiYCrCb422ToYCbCr422_10HalvesMB16x8_DV100_16s8u_P3C2R(const s16* pSrc, u8* const ppDst[10], s32 dstStep) {
-  if (anyNull(pSrc) || anyNull(ppDst)) return zvpStatusNullPointer;
+  if (anyNull(pSrc, ppDst)) return zvpStatusNullPointer;
   for (int i = 0; i < 10; ++i) {
     if (anyNull(ppDst[i])) return zvpStatusNullPointer;
     constexpr Store stores[2] = {storeMacroblock<evenHalfDV100, 1>, storeMacroblock<oddHalfDV100, 1>};

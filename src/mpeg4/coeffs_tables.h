@@ -102,25 +102,36 @@ struct OwnMp4VlcParams {
   const s32* pLmax[2];
   const VlcWord* pVlc;
 };
+template <std::size_t Runs, std::size_t LastRuns, std::size_t Words>
+constexpr OwnMp4VlcParams vlcParams(const std::array<s32, Runs>& offsets, const std::array<s32, LastRuns>& lastOffsets,
+                                    const std::array<s32, Runs>& levels, const std::array<s32, LastRuns>& lastLevels,
+                                    const std::array<VlcWord, Words>& words) {
+  return {{s32(Runs) - 1, s32(LastRuns) - 1},
+          {offsets.data(), lastOffsets.data()},
+          {levels.data(), lastLevels.data()},
+          words.data()};
+}
 
 inline constexpr auto vlc_TB16 = vlcWords(intraCodes);
 inline constexpr auto l0_offs_TB16 = rowOffsets<15>(intraCodes, 0);
 inline constexpr auto l1_offs_TB16 = rowOffsets<21>(intraCodes, 1);
 inline constexpr auto l0_lmax_TB16 = largestLevels<s32, 15>(intraCodes, 0);
 inline constexpr auto l1_lmax_TB16 = largestLevels<s32, 21>(intraCodes, 1);
-inline constexpr OwnMp4VlcParams mVLC_TB16 = {
-    {14, 20}, {l0_offs_TB16.data(), l1_offs_TB16.data()}, {l0_lmax_TB16.data(), l1_lmax_TB16.data()}, vlc_TB16.data()};
+inline constexpr auto mVLC_TB16 = vlcParams(l0_offs_TB16, l1_offs_TB16, l0_lmax_TB16, l1_lmax_TB16, vlc_TB16);
 
 inline constexpr auto vlc_TB17 = vlcWords(interCodes);
 inline constexpr auto l0_offs_TB17 = rowOffsets<27>(interCodes, 0);
 inline constexpr auto l1_offs_TB17 = rowOffsets<41>(interCodes, 1);
 inline constexpr auto l0_lmax_TB17 = largestLevels<s32, 27>(interCodes, 0);
 inline constexpr auto l1_lmax_TB17 = largestLevels<s32, 41>(interCodes, 1);
-inline constexpr OwnMp4VlcParams mVLC_TB17 = {
-    {26, 40}, {l0_offs_TB17.data(), l1_offs_TB17.data()}, {l0_lmax_TB17.data(), l1_lmax_TB17.data()}, vlc_TB17.data()};
+inline constexpr auto mVLC_TB17 = vlcParams(l0_offs_TB17, l1_offs_TB17, l0_lmax_TB17, l1_lmax_TB17, vlc_TB17);
 
-static_assert(largestRun(intraCodes, 0) == 14 && largestRun(intraCodes, 1) == 20);
-static_assert(largestRun(interCodes, 0) == 26 && largestRun(interCodes, 1) == 40);
+// Do the tables end with the largest runs of their codes?
+template <std::size_t Events>
+constexpr bool reachesLargestRuns(const OwnMp4VlcParams& params, const std::array<EventCode, Events>& codes) {
+  return params.maxRun[0] == largestRun(codes, 0) && params.maxRun[1] == largestRun(codes, 1);
+}
+static_assert(reachesLargestRuns(mVLC_TB16, intraCodes) && reachesLargestRuns(mVLC_TB17, interCodes));
 static_assert(vlc_TB16.size() == 102 && vlc_TB17.size() == 102);
 
 // Levels up to `level` have words for runs up to `run` and for no larger one. Groups by LAST, rising; the second begins

@@ -291,22 +291,18 @@ inline constexpr auto l0_offs_TB23a = rowOffsets<20>(reversibleIntraCodes, 0);
 inline constexpr auto l1_offs_TB23a = rowOffsets<reversibleLastRuns>(reversibleIntraCodes, 1);
 inline constexpr auto l0_lmax_TB23a = largestLevels<s32, 20>(reversibleIntraCodes, 0);
 inline constexpr auto l1_lmax_TB23a = lastLevelsWithSentinel(reversibleIntraCodes);
-inline constexpr OwnMp4VlcParams mVLC_TB23a = {{19, 44},
-                                               {l0_offs_TB23a.data(), l1_offs_TB23a.data()},
-                                               {l0_lmax_TB23a.data(), l1_lmax_TB23a.data()},
-                                               vlc_TB23a.data()};
+inline constexpr auto mVLC_TB23a =
+    vlcParams(l0_offs_TB23a, l1_offs_TB23a, l0_lmax_TB23a, l1_lmax_TB23a, vlc_TB23a);
 
 inline constexpr auto vlc_TB23b = vlcWords(reversibleInterCodes);
 inline constexpr auto l0_offs_TB23b = rowOffsets<39>(reversibleInterCodes, 0);
 inline constexpr auto l1_offs_TB23b = rowOffsets<reversibleLastRuns>(reversibleInterCodes, 1);
 inline constexpr auto l0_lmax_TB23b = largestLevels<s32, 39>(reversibleInterCodes, 0);
 inline constexpr auto l1_lmax_TB23b = lastLevelsWithSentinel(reversibleInterCodes);
-inline constexpr OwnMp4VlcParams mVLC_TB23b = {{38, 44},
-                                               {l0_offs_TB23b.data(), l1_offs_TB23b.data()},
-                                               {l0_lmax_TB23b.data(), l1_lmax_TB23b.data()},
-                                               vlc_TB23b.data()};
+inline constexpr auto mVLC_TB23b =
+    vlcParams(l0_offs_TB23b, l1_offs_TB23b, l0_lmax_TB23b, l1_lmax_TB23b, vlc_TB23b);
 
-static_assert(largestRun(reversibleIntraCodes, 0) == 19 && largestRun(reversibleIntraCodes, 1) == 44);
-static_assert(largestRun(reversibleInterCodes, 0) == 38 && largestRun(reversibleInterCodes, 1) == 44);
+static_assert(reachesLargestRuns(mVLC_TB23a, reversibleIntraCodes));
+static_assert(reachesLargestRuns(mVLC_TB23b, reversibleInterCodes));
 
 }  // namespace zvp::mpeg4
