@@ -8,6 +8,7 @@
 #include <numbers>
 #include <vector>
 
+#include "common/zigzag.h"
 #include "dv/codes.h"
 
 namespace dv {
@@ -66,13 +67,11 @@ class CodeLists {
 
 // The orders in which the coefficients are coded: diagonals, up and down in turn. In the 2-4-8 mode a coefficient of
 // the sums (rows 0 to 3) and the one of the same frequency of the differences (rows 4 to 7) stand close to each other.
-constexpr std::uint8_t scanOrders[2][64] = {
-    {0,  1,  8,  16, 9,  2,  3,  10, 17, 24, 32, 25, 18, 11, 4,  5,  12, 19, 26, 33, 40, 48,
-     41, 34, 27, 20, 13, 6,  7,  14, 21, 28, 35, 42, 49, 56, 57, 50, 43, 36, 29, 22, 15, 23,
-     30, 37, 44, 51, 58, 59, 52, 45, 38, 31, 39, 46, 53, 60, 61, 54, 47, 55, 62, 63},
-    {0,  32, 1,  33, 8,  40, 2,  34, 9,  41, 16, 48, 24, 56, 17, 49, 10, 42, 3,  35, 4,  36,
-     11, 43, 18, 50, 25, 57, 26, 58, 19, 51, 12, 44, 5,  37, 6,  38, 13, 45, 20, 52, 27, 59,
-     28, 60, 21, 53, 14, 46, 7,  39, 15, 47, 22, 54, 29, 61, 30, 62, 23, 55, 31, 63}};
+constexpr std::uint8_t scan248[64] = {0,  32, 1,  33, 8,  40, 2,  34, 9,  41, 16, 48, 24, 56, 17, 49,
+                                      10, 42, 3,  35, 4,  36, 11, 43, 18, 50, 25, 57, 26, 58, 19, 51,
+                                      12, 44, 5,  37, 6,  38, 13, 45, 20, 52, 27, 59, 28, 60, 21, 53,
+                                      14, 46, 7,  39, 15, 47, 22, 54, 29, 61, 30, 62, 23, 55, 31, 63};
+constexpr const std::uint8_t* scanOrders[2] = {video::zigzag8x8, scan248};
 
 // Areas of equal quantization: where each ends in the scan.
 constexpr int areas = 4, areaEnds[areas] = {6, 21, 43, 64};

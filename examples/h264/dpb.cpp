@@ -207,9 +207,9 @@ void Dpb::output(Frame& frame, const video::PictureSink& sink) {
   picture.format = frame.format;
   for (int plane = 0; plane < 3; ++plane) {
     const int shift = plane != 0;
-    picture.steps[plane] = frame.steps[shift];
+    picture.steps[plane] = frame.steps[plane];
     picture.planes[plane] =
-        frame.planes[plane] + (frame.cropTop >> shift) * frame.steps[shift] + (frame.cropLeft >> shift);
+        frame.planes[plane] + (frame.cropTop >> shift) * frame.steps[plane] + (frame.cropLeft >> shift);
   }
   sink(picture);
 }

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 
+#include "common/padded_planes.h"
 #include "h264/parameter_sets.h"
 
 namespace h264 {
@@ -27,19 +27,14 @@ struct MbRefs {
   std::int8_t store[2][4];
 };
 
-// Samples around the coded frame, so that most vectors that leave it need no repair, and so that a reference area may
-// be wider than a small picture.
-inline constexpr int lumaMargin = 32;
 inline constexpr int maxStores = 32;
 
 enum class Reference : std::uint8_t { None, ShortTerm, LongTerm };
 
-struct Frame {
+struct Frame : video::PaddedPlanes {
   // Fixed by the sequence parameters.
   int widthMbs = 0, heightMbs = 0;
   int index = 0;  // of the frame store
-  std::ptrdiff_t steps[2] = {0, 0};
-  std::uint8_t* planes[3] = {};  // sample (0, 0) of Y, Cb, Cr
   std::unique_ptr<MbMotion[]> motion[2];
   std::unique_ptr<MbRefs[]> refs;
 
@@ -65,15 +60,7 @@ struct Frame {
 
   // Storage for samples and motion, made when it is first needed: inferred frames have none.
   void allocate();
-  bool allocated() const { return samples_ != nullptr; }
-  // Repeats the edges of the planes into the margins.
-  void expand();
-
- private:
-  struct Free {
-    void operator()(std::uint8_t* p) const { std::free(p); }
-  };
-  std::unique_ptr<std::uint8_t, Free> samples_;
+  bool allocated() const { return planes[0] != nullptr; }
 };
 
 }  // namespace h264

@@ -4,6 +4,8 @@
 
 namespace h264 {
 
+constexpr int lumaMargin = Frame::lumaMargin;
+
 void InterPredictor::beginSlice(Frame& frame, const SliceHeader& slice, const PictureParameters& pps,
                                 const RefLists& lists) {
   frame_ = &frame;
@@ -26,7 +28,7 @@ void InterPredictor::beginSlice(Frame& frame, const SliceHeader& slice, const Pi
       const Frame& ref = *lists.entries[list][i];
       for (int plane = 0; plane < 3; ++plane) {
         const int margin = plane == 0 ? lumaMargin : lumaMargin / 2;
-        planes_[list][i][plane] = ref.planes[plane] - margin * ref.steps[plane != 0] - margin;
+        planes_[list][i][plane] = ref.planes[plane] - margin * ref.steps[plane] - margin;
       }
     }
   }

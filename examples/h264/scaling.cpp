@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "common/zigzag.h"
+
 namespace h264 {
 
 const std::uint8_t zigzag4x4[16] = {0, 1, 4, 8, 5, 2, 3, 6, 9, 12, 13, 10, 7, 11, 14, 15};
-const std::uint8_t zigzag8x8[64] = {0,  1,  8,  16, 9,  2,  3,  10, 17, 24, 32, 25, 18, 11, 4,  5,
-                                    12, 19, 26, 33, 40, 48, 41, 34, 27, 20, 13, 6,  7,  14, 21, 28,
-                                    35, 42, 49, 56, 57, 50, 43, 36, 29, 22, 15, 23, 30, 37, 44, 51,
-                                    58, 59, 52, 45, 38, 31, 39, 46, 53, 60, 61, 54, 47, 55, 62, 63};
 
 namespace {
 
@@ -105,7 +103,7 @@ LevelScales makeLevelScales(const ScalingLists& sequence, const ScalingLists& pi
     }
   for (int list = 0; list < 2; ++list)
     for (int place = 0; place < 64; ++place) {
-      const int raster = zigzag8x8[place];
+      const int raster = video::zigzag8x8[place];
       for (int qp = 0; qp < 6; ++qp)
         scales.scale8x8[list][qp][raster] =
             std::int16_t(weights8x8[list][place] * norm8x8[qp][class8x8(raster & 7, raster >> 3)]);

@@ -32,6 +32,5 @@ LevelScales makeLevelScales(const ScalingLists& sequence, const ScalingLists& pi
 
 // Raster places in zig-zag order (Table 8-3).
 extern const std::uint8_t zigzag4x4[16];
-extern const std::uint8_t zigzag8x8[64];
 
 }  // namespace h264

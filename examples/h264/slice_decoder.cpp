@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstring>
 
+#include "common/zigzag.h"
 #include "h264/deblocking.h"
 #include "zvpvc.h"
 
@@ -615,7 +616,7 @@ void SliceDecoder::readResidual(unsigned cbp, bool intra16x16) {
       *count = std::uint8_t(total);
       if (total == 0) continue;
       any = true;
-      for (int k = 0; k < 16; ++k) block8x8[zigzag8x8[4 * k + part]] = interleaved[k];
+      for (int k = 0; k < 16; ++k) block8x8[video::zigzag8x8[4 * k + part]] = interleaved[k];
     }
     if (any) {
       luma += 64;

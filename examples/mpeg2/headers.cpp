@@ -2,6 +2,7 @@
 
 #include <numeric>
 
+#include "common/zigzag.h"
 #include "mpeg2/codes.h"
 
 namespace mpeg2 {
@@ -24,7 +25,7 @@ BitReader extensionReader(const Unit& unit) {
 // Downloaded weights come in zigzag order whatever scan the pictures use (6.3.11).
 Weights readWeights(const Unit& unit, BitReader& reader) {
   Weights weights;
-  for (const std::uint8_t at : zigzagScan) {
+  for (const std::uint8_t at : video::zigzag8x8) {
     weights[at] = std::int16_t(reader.bits(8));
     if (weights[at] == 0) unit.damaged(reader, "weight 0 in a quantizer matrix");
   }

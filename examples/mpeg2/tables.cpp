@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "common/zigzag.h"
 #include "mpeg2/codes.h"
 
 namespace mpeg2 {
@@ -78,7 +79,7 @@ Tables::Tables()
       coefficients{coefficientTable(dctCoefficientsZero, endOfBlockZero),
                    coefficientTable(dctCoefficientsOne, endOfBlockOne)} {
   for (int i = 0; i < 256; ++i) {
-    scans[0][i] = i < 64 ? zigzagScan[i] : -1;  // what is no position is not stored to
+    scans[0][i] = i < 64 ? video::zigzag8x8[i] : -1;  // what is no position is not stored to
     scans[1][i] = i < 64 ? alternateScan[i] : -1;
   }
 }

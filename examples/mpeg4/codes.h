@@ -52,6 +52,5 @@ extern const Vlc<13> motionCode;
 
 // Weights of the first quantization method where a stream brings none (6.3.3), in raster order.
 extern const std::uint8_t defaultIntraMatrix[64], defaultInterMatrix[64];
-extern const std::uint8_t zigzag[64];
 
 }  // namespace mpeg4

@@ -2,10 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <vector>
 
+#include "common/padded_planes.h"
 #include "mpeg4/headers.h"
 
 namespace mpeg4 {
@@ -30,29 +29,22 @@ class Frame {
  public:
   explicit Frame(const Layer& layer);
   const video::Format& format() const { return format_; }
-  std::uint8_t* at(int plane, int x, int y) { return planes_[plane] + y * steps_[plane] + x; }
-  std::int32_t step(int plane) const { return std::int32_t(steps_[plane]); }
+  std::uint8_t* at(int plane, int x, int y) { return samples_.planes[plane] + y * samples_.steps[plane] + x; }
+  std::int32_t step(int plane) const { return std::int32_t(samples_.steps[plane]); }
   // The place from which an area of size x size samples, and one row and column more, is predicted. Where all of it
   // lies in repeated samples, one within the margin stands for it.
   const std::uint8_t* reference(int plane, int x, int y, int size) const;
   // The same for size x size / 2 samples of a field, whose lines y counts.
   const std::uint8_t* fieldReference(int plane, int x, int y, int size, bool bottom) const;
   // Repeats the edges of the coded area into the margin.
-  void expand();
+  void expand() { samples_.expand(); }
   video::Picture picture() const;
 
   std::vector<Motion> motion;  // by macroblock
 
  private:
-  static constexpr int margin = 32;  // of luma; half of it around chroma
-
-  struct Free {
-    void operator()(std::uint8_t* p) const { std::free(p); }
-  };
-  std::unique_ptr<std::uint8_t, Free> samples_;
-  std::uint8_t* planes_[3] = {};
-  std::ptrdiff_t steps_[3] = {};
   int width_, height_;  // of the coded area
+  video::PaddedPlanes samples_;
   video::Format format_;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 
+#include "common/zigzag.h"
 #include "mpeg4/codes.h"
 
 namespace mpeg4 {
@@ -31,7 +32,7 @@ void readMatrix(Unit& in, std::array<std::uint8_t, 64>& matrix) {
     ended = weight == 0;
     if (!ended) last = weight;
     if (last == 0) in.damaged("a quantization matrix begins with 0");
-    matrix[zigzag[i]] = last;
+    matrix[video::zigzag8x8[i]] = last;
   }
 }
 

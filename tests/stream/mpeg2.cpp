@@ -6,6 +6,7 @@
 #include <map>
 
 #include "common/md5.h"
+#include "common/zigzag.h"
 #include "mpeg2/codes.h"
 #include "mpeg2_support.h"
 #include "support/csv.h"
@@ -149,7 +150,7 @@ TEST(Mpeg2Tables, HoldTheCodesOfTheStandard) {
   for (const CsvRow& row : readTable("mpeg12_quantiser_scale"))
     EXPECT_EQ(nonLinearScale[value(row, "code")], value(row, "non_linear"));
   for (const CsvRow& row : readTable("mpeg12_scans"))
-    EXPECT_EQ((row.at("scan") == "zigzag" ? zigzagScan : alternateScan)[value(row, "idx")], value(row, "raster"));
+    EXPECT_EQ((row.at("scan") == "zigzag" ? video::zigzag8x8 : alternateScan)[value(row, "idx")], value(row, "raster"));
   for (const CsvRow& row : readTable("mpeg12_quant_matrices"))
     EXPECT_EQ(row.at("matrix") == "intra" ? defaultIntraWeights[value(row, "raster")] : 16, value(row, "value"));
 }

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 
+#include "common/zigzag.h"
 #include "mpeg2/codes.h"
 #include "support/random.h"
 
@@ -80,7 +81,7 @@ class Writer {
 
  private:
   void matrix(std::array<int, 64>& weights, bool intra) {
-    for (const int at : zigzagScan) {
+    for (const int at : video::zigzag8x8) {
       const int widest = rng_.chance(4) ? 120 : 60;
       weights[std::size_t(at)] = intra && at == 0 ? 8 : rng_.range(8, widest);
       bits_.u(unsigned(weights[std::size_t(at)]), 8);
@@ -417,7 +418,7 @@ class Writer {
         continue;
       }
       place += run + 1;
-      const int at = (alternate_ ? alternateScan : zigzagScan)[place];
+      const int at = (alternate_ ? alternateScan : video::zigzag8x8)[place];
       const double factor = weights[std::size_t(at)] * scale_ / (o_.mpeg1 ? 8.0 : 16.0);
       const int most = std::clamp(int(std::min(left, 200.0) / factor), 1, o_.mpeg1 ? 255 : 2047);
       const int largest = rng_.chance(2) ? std::min(most, 3) : most;
