@@ -69,22 +69,54 @@ class StreamError : public std::runtime_error {
   std::int64_t position_;
 };
 
+// After its first error a decoder decodes nothing more; what it has whole it hands out all the same.
 class Decoder {
  public:
   virtual ~Decoder() = default;
   // Asks for a preview, ahead of everything else. False if there is none of the kind.
   virtual bool setPreview(const Preview& preview) { return preview.zoom == 1 && !preview.draft; }
-  // Parameters that a container keeps apart from the packets. Called before the first packet, if at all.
-  virtual void configure(std::span<const std::uint8_t> /*parameters*/) {}
+  // Parameters that a container keeps apart from the packets. Called before the first packet, if at all. Pictures that
+  // stand among them are thrown away.
+  void configure(std::span<const std::uint8_t> parameters) {
+    unlessFailed([&] { takeParameters(parameters, [](const Picture&) {}); });
+  }
   // Decodes a packet and hands out the pictures that are due. After a StreamError only finish() may be called.
-  virtual void decode(const Packet& packet, const PictureSink& sink) = 0;
-  // The end of the stream: decodes what was held back and hands out the pictures that wait. After a StreamError it
-  // hands out the complete pictures and throws nothing further.
-  virtual void finish(const PictureSink& sink) = 0;
+  void decode(const Packet& packet, const PictureSink& sink) {
+    unlessFailed([&] { takePacket(packet, sink); });
+  }
+  // The end of the stream: decodes what was held back and hands out the pictures that wait, also if what was held back
+  // is damaged. After a StreamError it throws nothing further.
+  void finish(const PictureSink& sink) {
+    try {
+      unlessFailed([&] { takeEnd(sink); });
+    } catch (...) {
+      handOutWaiting(sink);
+      throw;
+    }
+    handOutWaiting(sink);
+  }
   // What the stream's headers tell, as name and value, for people to read. Grows as headers come in.
   virtual std::vector<std::pair<std::string, std::string>> describe() const = 0;
   // What is wrong with the pictures though decoding went on, for people to read. Empty if there is nothing to say.
   virtual std::string remark() const { return {}; }
+
+ private:
+  virtual void takeParameters(std::span<const std::uint8_t> /*parameters*/, const PictureSink& /*sink*/) {}
+  virtual void takePacket(const Packet& packet, const PictureSink& sink) = 0;
+  virtual void takeEnd(const PictureSink& sink) = 0;
+  // The complete pictures whose turn had not come yet.
+  virtual void handOutWaiting(const PictureSink& /*sink*/) {}
+
+  template <class Work> void unlessFailed(Work work) {
+    if (failed_) return;
+    try {
+      work();
+    } catch (...) {
+      failed_ = true;
+      throw;
+    }
+  }
+  bool failed_ = false;
 };
 
 }  // namespace video

@@ -23,9 +23,7 @@ class UnitSplitter {
       scanned_ -= begin_;
       begin_ = 0;
     }
-    if (buffer_.empty()) {
-      position_ = position;
-    }
+    if (buffer_.empty() && !data.empty()) position_ = position;
     buffer_.insert(buffer_.end(), data.begin(), data.end());
   }
 

@@ -29,22 +29,18 @@ bool intact(std::span<const std::uint8_t> segment, const SegmentPlace& place) {
 class StreamDecoder final : public video::Decoder {
  public:
   bool setPreview(const video::Preview& preview) override;
-  void decode(const Packet& packet, const PictureSink& sink) override;
-  void finish(const PictureSink& sink) override;
   std::vector<std::pair<std::string, std::string>> describe() const override;
   std::string remark() const override;
 
  private:
-  [[noreturn]] void fail(StreamError::Kind kind, std::int64_t position, const std::string& text) {
-    failed_ = true;
-    throw StreamError(kind, position, text);
-  }
+  void takePacket(const Packet& packet, const PictureSink& sink) override;
+  void takeEnd(const PictureSink& sink) override;
+
   // Decodes the frame that the data begin with; false if it is not there as a whole yet.
   bool frame(const PictureSink& sink);
   void begin(const FrameKind& kind);
 
   Scale scale_ = Scale::Full;
-  bool failed_ = false;
   std::vector<std::uint8_t> data_;  // what is not decoded yet
   std::int64_t position_ = 0;       // of it in the file
 
@@ -67,28 +63,26 @@ bool StreamDecoder::setPreview(const video::Preview& preview) {
   }
 }
 
-void StreamDecoder::decode(const Packet& packet, const PictureSink& sink) {
-  if (failed_) return;
+void StreamDecoder::takePacket(const Packet& packet, const PictureSink& sink) {
   if (data_.empty()) position_ = packet.position;
   data_.insert(data_.end(), packet.data.begin(), packet.data.end());
   bool any = false;
   while (frame(sink)) any = true;
   if (!packet.wholeUnits) return;
   // What a container has behind a frame fills its packet up.
-  if (!any) fail(StreamError::Kind::Damaged, position_, "packet ends before its frame does");
+  if (!any) throw StreamError(StreamError::Kind::Damaged, position_, "packet ends before its frame does");
   data_.clear();
 }
 
-void StreamDecoder::finish(const PictureSink&) {
-  if (failed_ || data_.empty()) return;
-  fail(StreamError::Kind::Damaged, position_, "the last frame ends early");
+void StreamDecoder::takeEnd(const PictureSink&) {
+  if (!data_.empty()) throw StreamError(StreamError::Kind::Damaged, position_, "the last frame ends early");
 }
 
 bool StreamDecoder::frame(const PictureSink& sink) {
   if (data_.size() < leastSequences * difSequenceBytes) return false;
   const auto kind = frameKind(data_);
-  if (!kind) fail(StreamError::Kind::Damaged, position_, "no DV frame begins here");
-  if (!kind->system) fail(StreamError::Kind::Unsupported, position_, "signal type of this DV stream");
+  if (!kind) throw StreamError(StreamError::Kind::Damaged, position_, "no DV frame begins here");
+  if (!kind->system) throw StreamError(StreamError::Kind::Unsupported, position_, "signal type of this DV stream");
   if (data_.size() < kind->system->frameBytes()) return false;
   begin(*kind);
 
@@ -99,9 +93,9 @@ bool StreamDecoder::frame(const PictureSink& sink) {
     else ++damaged;
   }
   if (damaged > std::int64_t(places_.size()) / 2)
-    fail(StreamError::Kind::Damaged, position_,
-         std::to_string(damaged) + " of the " + std::to_string(places_.size()) +
-             " video segments of the frame are damaged");
+    throw StreamError(StreamError::Kind::Damaged, position_,
+                      std::to_string(damaged) + " of the " + std::to_string(places_.size()) +
+                          " video segments of the frame are damaged");
   damagedSegments_ += damaged;
   damagedFrames_ += damaged > 0;
 

@@ -25,22 +25,14 @@ using video::StreamError;
 
 class StreamDecoder final : public video::Decoder {
  public:
-  void configure(std::span<const std::uint8_t> parameters) override;
-  void decode(const Packet& packet, const PictureSink& sink) override;
-  void finish(const PictureSink& sink) override;
   std::vector<std::pair<std::string, std::string>> describe() const override;
 
  private:
-  // After an error nothing more is decoded.
-  template <class Work> void guarded(Work work) {
-    if (failed_) return;
-    try {
-      work();
-    } catch (...) {
-      failed_ = true;
-      throw;
-    }
-  }
+  void takeParameters(std::span<const std::uint8_t> parameters, const PictureSink& sink) override;
+  void takePacket(const Packet& packet, const PictureSink& sink) override;
+  void takeEnd(const PictureSink& sink) override;
+  void handOutWaiting(const PictureSink& sink) override { dpb_.flush(sink); }
+
   void splitUnits(const Packet& packet, const PictureSink& sink);
   void prefixedUnits(const Packet& packet, const PictureSink& sink);
   void unit(std::span<const std::uint8_t> bytes, std::int64_t position, const PictureSink& sink);
@@ -51,7 +43,6 @@ class StreamDecoder final : public video::Decoder {
   void makeGroupMap(const SliceHeader& header, const PictureParameters& pps);
   void noteRecoveryPoint();
 
-  bool failed_ = false;
   video::UnitSplitter splitter_;
   unsigned lengthBytes_ = 0;  // of the prefix of a NAL unit; 0: start codes
   Nal nal_;
@@ -79,35 +70,36 @@ class StreamDecoder final : public video::Decoder {
   std::int64_t pictures_decoded_ = 0;
 };
 
-void StreamDecoder::configure(std::span<const std::uint8_t> parameters) {
+void StreamDecoder::takeParameters(std::span<const std::uint8_t> parameters, const PictureSink& sink) {
   // AVCDecoderConfigurationRecord (ISO/IEC 14496-15 5.3.3.1); anything else is taken as Annex B.
   if (parameters.size() < 7 || parameters[0] != 1) {
-    guarded([&] { splitUnits({parameters, 0, true}, {}); });
+    splitUnits({parameters, 0, true}, sink);
     return;
   }
-  guarded([&] {
-    lengthBytes_ = (parameters[4] & 3u) + 1;
-    std::size_t at = 5;
-    for (int kind = 0; kind < 2 && at < parameters.size(); ++kind) {
-      unsigned count = parameters[at++];
-      if (kind == 0) count &= 31;
-      for (; count > 0 && at + 2 <= parameters.size(); --count) {
-        const std::size_t size = std::size_t(parameters[at] << 8 | parameters[at + 1]);
-        at += 2;
-        if (size > parameters.size() - at)
-          throw StreamError(StreamError::Kind::Damaged, 0, "parameter sets of the container end early");
-        if (size > 0) unit(parameters.subspan(at, size), 0, {});
-        at += size;
-      }
+  lengthBytes_ = (parameters[4] & 3u) + 1;
+  std::size_t at = 5;
+  for (int kind = 0; kind < 2 && at < parameters.size(); ++kind) {
+    unsigned count = parameters[at++];
+    if (kind == 0) count &= 31;
+    for (; count > 0 && at + 2 <= parameters.size(); --count) {
+      const std::size_t size = std::size_t(parameters[at] << 8 | parameters[at + 1]);
+      at += 2;
+      if (size > parameters.size() - at)
+        throw StreamError(StreamError::Kind::Damaged, 0, "parameter sets of the container end early");
+      if (size > 0) unit(parameters.subspan(at, size), 0, sink);
+      at += size;
     }
-  });
+  }
 }
 
-void StreamDecoder::decode(const Packet& packet, const PictureSink& sink) {
-  guarded([&] {
-    if (lengthBytes_ == 0) splitUnits(packet, sink);
-    else prefixedUnits(packet, sink);
-  });
+void StreamDecoder::takePacket(const Packet& packet, const PictureSink& sink) {
+  if (lengthBytes_ == 0) splitUnits(packet, sink);
+  else prefixedUnits(packet, sink);
+}
+
+void StreamDecoder::takeEnd(const PictureSink& sink) {
+  splitUnits({{}, 0, true}, sink);
+  finishPicture(sink);
 }
 
 void StreamDecoder::splitUnits(const Packet& packet, const PictureSink& sink) {
@@ -129,16 +121,6 @@ void StreamDecoder::prefixedUnits(const Packet& packet, const PictureSink& sink)
     if (size > 0) unit(packet.data.subspan(at, size), position, sink);
     at += size;
   }
-}
-
-void StreamDecoder::finish(const PictureSink& sink) {
-  guarded([&] {
-    std::span<const std::uint8_t> bytes;
-    std::int64_t position;
-    while (splitter_.next(true, bytes, position)) unit(bytes, position, sink);
-    finishPicture(sink);
-  });
-  dpb_.flush(sink);
 }
 
 void StreamDecoder::unit(std::span<const std::uint8_t> bytes, std::int64_t position, const PictureSink& sink) {

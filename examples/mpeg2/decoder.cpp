@@ -12,31 +12,23 @@ namespace {
 
 using video::Packet;
 using video::PictureSink;
-using video::StreamError;
 using FramePtr = std::shared_ptr<const Frame>;
 
 constexpr int largestWidth = 4096, largestHeight = 4096;
 
 class StreamDecoder final : public video::Decoder {
  public:
-  void configure(std::span<const std::uint8_t> parameters) override;
-  void decode(const Packet& packet, const PictureSink& sink) override;
-  void finish(const PictureSink& sink) override;
   std::vector<std::pair<std::string, std::string>> describe() const override;
   std::string remark() const override;
 
  private:
-  // After an error nothing more is decoded.
-  template <class Work> void guarded(Work work) {
-    if (failed_) return;
-    try {
-      work();
-    } catch (...) {
-      failed_ = true;
-      throw;
-    }
+  void takeParameters(std::span<const std::uint8_t> parameters, const PictureSink& sink) override {
+    takePacket({parameters, 0, true}, sink);
   }
-  void units(const Packet& packet, const PictureSink& sink);
+  void takePacket(const Packet& packet, const PictureSink& sink) override;
+  void takeEnd(const PictureSink& sink) override;
+  void handOutWaiting(const PictureSink& sink) override;
+
   void unit(const PictureSink& sink);
   void extension();
   void activate(const PictureSink& sink);
@@ -44,10 +36,8 @@ class StreamDecoder final : public video::Decoder {
   void finishPicture(const PictureSink& sink);
   void slice(const PictureSink& sink);
   bool canBeDecoded() const;
-  void flush(const PictureSink& sink);
   void output(const Frame& frame, const PictureSink& sink) const;
 
-  bool failed_ = false;
   video::UnitSplitter splitter_;
   Unit unit_;
 
@@ -69,40 +59,20 @@ class StreamDecoder final : public video::Decoder {
   bool interlaced_ = false, fieldPictures_ = false, bPictures_ = false;
 };
 
-void StreamDecoder::configure(std::span<const std::uint8_t> parameters) {
-  guarded([&] { units({parameters, 0, true}, {}); });
-}
-
-void StreamDecoder::decode(const Packet& packet, const PictureSink& sink) {
-  guarded([&] { units(packet, sink); });
-}
-
-void StreamDecoder::finish(const PictureSink& sink) {
-  if (failed_) {
-    flush(sink);
-    return;
-  }
-  try {
-    units({{}, 0, true}, sink);
-    finishPicture(sink);
-    if (secondFieldDue_) unit_.damaged(unit_.reader(), "the last picture lacks its second field");
-  } catch (...) {
-    failed_ = true;
-    flush(sink);
-    throw;
-  }
-  flush(sink);
-}
-
-void StreamDecoder::units(const Packet& packet, const PictureSink& sink) {
+void StreamDecoder::takePacket(const Packet& packet, const PictureSink& sink) {
   splitter_.add(packet.data, packet.position);
   std::span<const std::uint8_t> bytes;
   std::int64_t position;
   while (splitter_.next(packet.wholeUnits, bytes, position)) {
-    if (bytes.size() > 1 << 24) throw StreamError(StreamError::Kind::Damaged, position, "no start code for 16 MB");
     unit_.load(bytes, position);
     unit(sink);
   }
+}
+
+void StreamDecoder::takeEnd(const PictureSink& sink) {
+  takePacket({{}, 0, true}, sink);
+  finishPicture(sink);
+  if (secondFieldDue_) unit_.damaged(unit_.reader(), "the last picture lacks its second field");
 }
 
 void StreamDecoder::unit(const PictureSink& sink) {
@@ -169,7 +139,7 @@ void StreamDecoder::activate(const PictureSink& sink) {
   if (next.macroblocksX() != active_.macroblocksX() || next.macroblocksY() != active_.macroblocksY() ||
       next.chromaFormat != active_.chromaFormat || next.width != active_.width || next.height != active_.height) {
     if (secondFieldDue_) unit_.damaged(unit_.reader(), "a picture lacks its second field");
-    flush(sink);
+    handOutWaiting(sink);
     references_[0] = references_[1] = nullptr;
   }
   active_ = next;
@@ -237,7 +207,7 @@ void StreamDecoder::finishPicture(const PictureSink& sink) {
   if (secondFieldDue_) return;
   // B-pictures are shown at once, the others when the next of their kind is there.
   if (reference) {
-    flush(sink);
+    handOutWaiting(sink);
     references_[0] = references_[1];
     references_[1] = waiting_ = frame_;
   } else {
@@ -246,7 +216,7 @@ void StreamDecoder::finishPicture(const PictureSink& sink) {
   frame_ = nullptr;
 }
 
-void StreamDecoder::flush(const PictureSink& sink) {
+void StreamDecoder::handOutWaiting(const PictureSink& sink) {
   if (waiting_) output(*waiting_, sink);
   waiting_ = nullptr;
 }
@@ -258,7 +228,7 @@ void StreamDecoder::output(const Frame& frame, const PictureSink& sink) const {
     picture.planes[i] = frame.view().planes[i].samples;
     picture.steps[i] = frame.view().planes[i].step;
   }
-  if (sink) sink(picture);
+  sink(picture);
 }
 
 std::vector<std::pair<std::string, std::string>> StreamDecoder::describe() const {

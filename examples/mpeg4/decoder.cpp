@@ -29,35 +29,26 @@ class StreamDecoder final : public video::Decoder {
     if (h263) beH263();
   }
 
-  void configure(std::span<const std::uint8_t> parameters) override {
-    if (!h263_) decode({parameters, 0, true}, {});
-    started_ = false;
-  }
-  void decode(const Packet& packet, const PictureSink& sink) override {
-    guarded([&] {
-      if (!started_ && looksLikeH263(packet.data)) beH263();
-      started_ = true;
-      splitter_.add(packet.data, packet.position);
-      units(packet.wholeUnits, sink);
-    });
-  }
-  void finish(const PictureSink& sink) override {
-    guarded([&] { units(true, sink); });
-    handOut(sink);
-  }
   std::vector<std::pair<std::string, std::string>> describe() const override;
 
  private:
-  // After an error nothing more is decoded.
-  template <class Work> void guarded(Work work) {
-    if (failed_) return;
-    try {
-      work();
-    } catch (...) {
-      failed_ = true;
-      throw;
-    }
+  void takeParameters(std::span<const std::uint8_t> parameters, const PictureSink& sink) override {
+    if (!h263_) takePacket({parameters, 0, true}, sink);
+    started_ = false;
   }
+  void takePacket(const Packet& packet, const PictureSink& sink) override {
+    if (!started_ && looksLikeH263(packet.data)) beH263();
+    started_ = true;
+    splitter_.add(packet.data, packet.position);
+    units(packet.wholeUnits, sink);
+  }
+  void takeEnd(const PictureSink& sink) override { units(true, sink); }
+  // The latest reference picture, if it still waits for output.
+  void handOutWaiting(const PictureSink& sink) override {
+    if (waits_ && latest_) sink(latest_->picture());
+    waits_ = false;
+  }
+
   void units(bool dataEndUnit, const PictureSink& sink) {
     std::span<const std::uint8_t> bytes;
     std::int64_t position;
@@ -86,15 +77,9 @@ class StreamDecoder final : public video::Decoder {
   void changeLayer(const Layer& layer, const PictureSink& sink);
   void vopUnit(const PictureSink& sink);
   void picture(const PictureHeader& header, const PictureSink& sink);
-  // The latest reference picture, if it still waits for output.
-  void handOut(const PictureSink& sink) {
-    if (waits_ && latest_) sink(latest_->picture());
-    waits_ = false;
-  }
 
   bool h263_ = false;
   bool started_ = false;  // a packet has come
-  bool failed_ = false;
   video::UnitSplitter splitter_;
   Unit unit_;
   VisualObject object_;
@@ -127,7 +112,7 @@ void StreamDecoder::unit(const PictureSink& sink) {
 
 void StreamDecoder::changeLayer(const Layer& layer, const PictureSink& sink) {
   if (layer_ && *layer_ == layer) return;
-  handOut(sink);
+  handOutWaiting(sink);
   const bool keeps = layer_ && layer_->width == layer.width && layer_->height == layer.height;
   layer_ = layer;
   reordered_ = !layer.lowDelay && !layer.h263;
@@ -194,11 +179,11 @@ void StreamDecoder::picture(const PictureHeader& header, const PictureSink& sink
     return;
   }
   spare_->expand();
-  handOut(sink);
+  handOutWaiting(sink);
   std::swap(previous_, latest_);
   std::swap(latest_, spare_);
   waits_ = true;
-  if (!reordered_) handOut(sink);
+  if (!reordered_) handOutWaiting(sink);
 }
 
 std::vector<std::pair<std::string, std::string>> StreamDecoder::describe() const {

@@ -234,11 +234,9 @@ TEST_P(DamagedMpeg2Options, EndsInAnError) {
   ZVP_NEED_PROGRAM("ffmpeg");
   const TemporaryDirectory scratch;
   const auto file = scratch / "coded.m2v";
-  const CommandResult result =
-      run(std::string("ffmpeg -y -v error -nostdin -f lavfi -i mandelbrot=size=101x75:rate=25:start_scale=0.4 -vf "
-                      "tinterlace=interleave_top,noise=alls=14:allf=t:all_seed=7 -r 25 -threads 1 -frames:v 6 ") +
-          GetParam() + " " + file.string());
-  ASSERT_EQ(result.exitCode, 0) << result.output;
+  runFfmpeg(std::string("-f lavfi -i mandelbrot=size=101x75:rate=25:start_scale=0.4 -vf "
+                        "tinterlace=interleave_top,noise=alls=14:allf=t:all_seed=7 -r 25 -threads 1 -frames:v 6 ") +
+            GetParam() + " " + file.string());
   decodeMutations(readFile(file), mpeg2Codec, rounds(mutations), 50000);
 }
 INSTANTIATE_TEST_SUITE_P(Streams, DamagedMpeg2Options,
@@ -276,6 +274,18 @@ TEST(DamagedH263, EndsInAnError) {
   }
 }
 
+// A container's parameters may hold anything: pictures, too, which nobody wants.
+TEST(DamagedParameters, HoldAStream) {
+  for (const auto& [name, codec] : {std::pair{"SVA_Base_B.264", &h264Codec}, std::pair{"mssg_test.m2v", &mpeg2Codec},
+                                    std::pair{"pv_m4vtestinput.m4v", &mpeg4Codec}}) {
+    SCOPED_TRACE(name);
+    const Bytes stream = readFile(sample(name));
+    const auto decoder = codec->makeDecoder();
+    decoder->configure(stream);
+    EXPECT_FALSE(decodeStream(*decoder, stream, 4096).pictures.empty());
+  }
+}
+
 TEST(DamagedTool, SaysWhere) {
   const TemporaryDirectory scratch;
   const Bytes stream = readFile(sample("SVA_Base_B.264"));
@@ -284,8 +294,8 @@ TEST(DamagedTool, SaysWhere) {
     Rng rng(9000 + std::uint64_t(seed));
     const auto path = scratch / "damaged.264";
     writeFile(path, mutate(stream, h264Codec, rng));
-    const CommandResult result = run(std::string("timeout 10 ") + ZVP_TOOL + " decode -o " +
-                                     (scratch / "damaged.yuv").string() + " " + path.string());
+    const CommandResult result =
+        run("timeout 10 " + zvp("decode -o ") + (scratch / "damaged.yuv").string() + " " + path.string());
     EXPECT_TRUE(result.exitCode == 0 || result.exitCode == 1) << result.exitCode << ": " << result.output;
     if (result.exitCode != 1) continue;
     ++failures;

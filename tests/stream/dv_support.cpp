@@ -18,8 +18,7 @@ void makeDv(const DvFormat& format, DvSource source, int frames, const std::file
   switch (source) {
     case DvSource::Pattern: input = "-f lavfi -i testsrc2=size=" + size + ":rate=" + rate; break;
     case DvSource::Filmed:
-      input = "-f h264 -r " + rate + " -i " + sample("VID_1280x720_cavlc_temporal_direct.264").string() +
-              " -vf scale=" + size + " -r " + rate;
+      input = filmed("-r " + rate) + " -vf scale=" + size + " -r " + rate;
       break;
     case DvSource::Interlaced:
       input = "-f lavfi -i mandelbrot=size=" + size + ":rate=" + rate +
@@ -28,9 +27,8 @@ void makeDv(const DvFormat& format, DvSource source, int frames, const std::file
               rate;
       options = " -flags +ildct";
   }
-  const CommandResult result = run("ffmpeg -y -v error -nostdin " + input + " -frames:v " + std::to_string(frames) +
-                                   " -pix_fmt " + format.sampling + " -c:v dvvideo" + options + " " + file.string());
-  if (result.exitCode != 0) throw std::runtime_error("ffmpeg fails: " + result.output);
+  runFfmpeg(input + " -frames:v " + std::to_string(frames) + " -pix_fmt " + format.sampling + " -c:v dvvideo" + options +
+            " " + file.string());
 }
 
 std::vector<Bytes> decodeDvWithFfmpeg(const std::filesystem::path& file, const TemporaryDirectory& scratch,

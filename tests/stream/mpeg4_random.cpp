@@ -233,7 +233,7 @@ TEST(Mpeg4Random, MacroblocksAreThoseOfFfmpeg) {
       const Decoded decoded = decodeMpeg4(stream);
       ASSERT_FALSE(decoded.failed) << decoded.error << " at " << decoded.position;
       ASSERT_EQ(decoded.pictures.size(), 9u);
-      expectAlike(decoded.pictures,
-                  decodeMpeg4WithFfmpeg(scratch / "coded.m4v", scratch, decoded.pictures[0].samples.size()), 52);
+      expectNear(decoded.pictures,
+                 decodeMpeg4WithFfmpeg(scratch / "coded.m4v", scratch, decoded.pictures[0].samples.size()), 52);
     }
 }

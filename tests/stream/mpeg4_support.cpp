@@ -1,18 +1,13 @@
 #include "mpeg4_support.h"
 
-#include <stdexcept>
-
 #include "mpeg4/decoder.h"
 
 namespace zvptest {
 
 void makeMpeg4(const std::string& size, int frames, const std::string& options, const std::filesystem::path& file) {
   const std::string format = file.extension() == ".m4v" ? " -f m4v " : " ";
-  const CommandResult result =
-      run("ffmpeg -y -v error -nostdin -f h264 -i " + sample("VID_1280x720_cavlc_temporal_direct.264").string() +
-          " -frames:v " + std::to_string(frames) + " -vf scale=" + size + " -threads 1 -g 6 -flags +bitexact " +
-          options + format + file.string());
-  if (result.exitCode != 0) throw std::runtime_error("ffmpeg fails: " + result.output);
+  runFfmpeg(filmed() + " -frames:v " + std::to_string(frames) + " -vf scale=" + size +
+            " -threads 1 -g 6 -flags +bitexact " + options + format + file.string());
 }
 
 std::vector<Bytes> decodeMpeg4WithFfmpeg(const std::filesystem::path& file, const TemporaryDirectory& scratch,

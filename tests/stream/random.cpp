@@ -9,132 +9,66 @@ using namespace zvptest;
 
 namespace {
 
-// Decodes seeds streams with the options and compares them with ffmpeg. Two things are written more plainly for ffmpeg:
-// its splitter takes a redundant slice for a picture of its own, and it sorts a picture with operation 5 into the lists
-// of B slices by its count before the operation (against H.264 8.2.1).
-void compare(RandomStreamOptions options, int seeds) {
+struct Case {
+  const char* name;
+  int seeds;
+  RandomStreamOptions options;
+};
+const Case cases[] = {
+    {"IntraAndPcm", 12, {.pcm = true, .slices = true}},
+    {"ConstrainedIntra", 12, {.pcm = true, .slices = true, .constrainedIntra = true, .cropping = true}},
+    {"BPictures", 18, {.pictures = 16, .bPictures = true, .slices = true}},
+    {"ExplicitWeights", 12, {.bPictures = true, .weights = true, .slices = true}},
+    {"ListModification", 12, {.maxRefFrames = 6, .bPictures = true, .modifications = true, .slices = true}},
+    {"MemoryManagement", 24, {.pictures = 24, .memoryCommands = true, .modifications = true, .slices = true}},
+    {"MemoryManagementWithBPictures",
+     24,
+     {.pictures = 24, .bPictures = true, .memoryCommands = true, .modifications = true}},
+    {"PictureOrderType1", 18, {.pictures = 20, .pocType = 1, .bPictures = true, .memoryCommands = true}},
+    {"PictureOrderType2", 12, {.pictures = 20, .pocType = 2, .bPictures = true, .memoryCommands = true}},
+    {"GapsInFrameNum", 12, {.pictures = 24, .modifications = true, .gaps = true}},
+    {"GapsInPictureOrderType2", 12, {.pictures = 24, .pocType = 2, .modifications = true, .gaps = true}},
+    {"RedundantSlices", 12, {.pcm = true, .slices = true, .redundant = true}},
+    {"Transform8x8", 12, {.bPictures = true, .slices = true, .transform8x8 = true}},
+    {"Transform8x8AndScaling", 12, {.bPictures = true, .slices = true, .transform8x8 = true, .scaling = true}},
+    {"ScalingAndChromaOffsets", 12, {.bPictures = true, .slices = true, .scaling = true, .chromaOffsets = true}},
+    {"HighProfileTools",
+     12,
+     {.bPictures = true,
+      .pcm = true,
+      .slices = true,
+      .transform8x8 = true,
+      .scaling = true,
+      .chromaOffsets = true,
+      .constrainedIntra = true}},
+};
+
+class H264Random : public ::testing::TestWithParam<Case> {};
+INSTANTIATE_TEST_SUITE_P(Syntax, H264Random, ::testing::ValuesIn(cases),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+}  // namespace
+
+// Two things are written more plainly for ffmpeg: its splitter takes a redundant slice for a picture of its own, and it
+// sorts a picture with operation 5 into the lists of B slices by its count before the operation (against H.264 8.2.1).
+TEST_P(H264Random, IsThatOfFfmpeg) {
+  ZVP_NEED_PROGRAM("ffmpeg");
   const TemporaryDirectory scratch;
   const auto path = scratch / "random.264";
   static const int sizes[][2] = {{1, 1}, {2, 1}, {1, 3}, {3, 2}, {5, 4}, {4, 5}};
-  for (int seed = 1; seed <= rounds(seeds); ++seed) {
+  for (int seed = 1; seed <= rounds(GetParam().seeds); ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    RandomStreamOptions options = GetParam().options;
     options.seed = std::uint64_t(seed);
     options.widthMbs = sizes[seed % 6][0];
     options.heightMbs = sizes[seed % 6][1];
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    const Bytes stream = randomStream(options);
-    RandomStreamOptions plain = options;  // what ffmpeg gets
+    RandomStreamOptions plain = options;
     plain.omitRedundant = true;
     plain.resetsAreIdr = options.bPictures;
     writeFile(path, randomStream(plain));
-    const Decoded decoded = decodeH264(stream);
+    const Decoded decoded = decodeH264(randomStream(options));
     ASSERT_FALSE(decoded.failed) << "byte " << decoded.position << ": " << decoded.error;
     ASSERT_GE(int(decoded.pictures.size()), options.pictures);
     ASSERT_EQ(firstDifference(decoded.pictures, decodeWithFfmpeg(path, scratch, decoded.pictures[0].samples.size())), "");
   }
-}
-
-}  // namespace
-
-TEST(H264Random, IntraAndPcm) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.pcm = o.slices = true;
-  compare(o, 12);
-}
-
-TEST(H264Random, ConstrainedIntra) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.pcm = o.slices = o.constrainedIntra = o.cropping = true;
-  compare(o, 12);
-}
-
-TEST(H264Random, BPictures) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.bPictures = o.slices = true;
-  o.pictures = 16;
-  compare(o, 18);
-}
-
-TEST(H264Random, ExplicitWeights) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.bPictures = o.weights = o.slices = true;
-  compare(o, 12);
-}
-
-TEST(H264Random, ListModification) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.bPictures = o.modifications = o.slices = true;
-  o.maxRefFrames = 6;
-  compare(o, 12);
-}
-
-TEST(H264Random, MemoryManagement) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.memoryCommands = o.modifications = o.slices = true;
-  o.pictures = 24;
-  compare(o, 24);
-}
-
-TEST(H264Random, MemoryManagementWithBPictures) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.memoryCommands = o.modifications = o.bPictures = true;
-  o.pictures = 24;
-  compare(o, 24);
-}
-
-TEST(H264Random, PictureOrderType1) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.pocType = 1;
-  o.bPictures = true;
-  o.memoryCommands = true;
-  o.pictures = 20;
-  compare(o, 18);
-}
-
-TEST(H264Random, PictureOrderType2) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.pocType = 2;
-  o.bPictures = true;
-  o.memoryCommands = true;
-  o.pictures = 20;
-  compare(o, 12);
-}
-
-TEST(H264Random, GapsInFrameNum) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.gaps = o.modifications = true;
-  o.pictures = 24;
-  compare(o, 12);
-  o.pocType = 2;
-  compare(o, 12);
-}
-
-TEST(H264Random, RedundantSlices) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.redundant = o.slices = o.pcm = true;
-  compare(o, 12);
-}
-
-TEST(H264Random, HighProfileTools) {
-  ZVP_NEED_PROGRAM("ffmpeg");
-  RandomStreamOptions o;
-  o.transform8x8 = o.bPictures = o.slices = true;
-  compare(o, 12);
-  o.scaling = true;
-  compare(o, 12);
-  o.transform8x8 = false;
-  o.chromaOffsets = true;
-  compare(o, 12);
-  o.transform8x8 = o.constrainedIntra = o.pcm = true;
-  compare(o, 12);
 }

@@ -22,6 +22,13 @@ Decoded decodeStream(video::Decoder& decoder, std::span<const std::uint8_t> stre
   const video::PictureSink sink = [&](const video::Picture& picture) {
     if (result.pictures.size() < keep) result.pictures.emplace_back(picture);
   };
+  const auto note = [&](const video::StreamError& error) {
+    if (result.failed) throw std::logic_error("finish() fails after an error");
+    result.failed = true;
+    result.error = error.what();
+    result.position = error.position();
+    result.kind = error.kind();
+  };
   try {
     for (std::size_t at = 0; at < stream.size(); at += piece) {
       // A copy of its own, so that a sanitizer sees what lies beyond it.
@@ -30,20 +37,12 @@ Decoded decodeStream(video::Decoder& decoder, std::span<const std::uint8_t> stre
       decoder.decode({copy, std::int64_t(at), false}, sink);
     }
   } catch (const video::StreamError& error) {
-    result.failed = true;
-    result.error = error.what();
-    result.position = error.position();
-    result.kind = error.kind();
+    note(error);
   }
   try {
     decoder.finish(sink);
   } catch (const video::StreamError& error) {
-    if (result.failed) throw std::logic_error("finish() fails after an error");
-    result.failed = true;
-    result.error = error.what();
-    result.position = error.position();
-    result.kind = error.kind();
-    decoder.finish(sink);
+    note(error);
   }
   return result;
 }
@@ -55,6 +54,12 @@ Decoded decodeH264(std::span<const std::uint8_t> stream, std::size_t piece, std:
 std::string md5Of(const std::vector<video::StoredPicture>& pictures) {
   video::Md5 md5;
   for (const auto& picture : pictures) md5.add(picture.view());
+  return md5.hex();
+}
+
+std::string md5Of(const std::vector<Bytes>& pictures) {
+  video::Md5 md5;
+  for (const Bytes& picture : pictures) md5.add(picture.data(), picture.size());
   return md5.hex();
 }
 
@@ -72,6 +77,10 @@ void writeFile(const std::filesystem::path& path, std::span<const std::uint8_t> 
 
 std::filesystem::path sample(const std::string& name) {
   return std::filesystem::path(ZVP_TEST_DATA) / "streams" / name;
+}
+
+std::string filmed(const std::string& options) {
+  return "-f h264 " + options + " -i " + sample("VID_1280x720_cavlc_temporal_direct.264").string();
 }
 
 TemporaryDirectory::TemporaryDirectory() {
@@ -100,14 +109,19 @@ CommandResult run(const std::string& command) {
   return result;
 }
 
+void runFfmpeg(const std::string& arguments) {
+  const CommandResult result = run("ffmpeg -y -v error -nostdin " + arguments);
+  if (result.exitCode != 0) throw std::runtime_error("ffmpeg fails: " + result.output);
+}
+
+std::string zvp(const std::string& arguments) { return ZVP_TOOL " " + arguments; }
+
 std::vector<Bytes> decodeWithFfmpeg(const std::filesystem::path& stream, const TemporaryDirectory& scratch,
                                     std::size_t pictureBytes, const std::string& inputOptions,
                                     const std::string& outputOptions) {
   const auto raw = scratch / "ffmpeg.yuv";
-  const CommandResult result =
-      run("ffmpeg -y -v error -nostdin -threads 1 -flags +bitexact " + inputOptions + " -i " + stream.string() +
-          " -vsync passthrough -f rawvideo " + outputOptions + " " + raw.string());
-  if (result.exitCode != 0) throw std::runtime_error("ffmpeg fails: " + result.output);
+  runFfmpeg("-threads 1 -flags +bitexact " + inputOptions + " -i " + stream.string() +
+            " -vsync passthrough -f rawvideo " + outputOptions + " " + raw.string());
   const Bytes bytes = readFile(raw);
   if (pictureBytes == 0 || bytes.size() % pictureBytes != 0)
     throw std::runtime_error("ffmpeg's pictures have another size");
@@ -133,6 +147,17 @@ void expectAlike(const std::vector<video::StoredPicture>& actual, const std::vec
     other.samples = expected[i];
     for (int plane = 0; plane < 3; ++plane)
       EXPECT_GE(zvptool::psnr(actual[i], other, plane), least) << "picture " << i << ", plane " << plane;
+  }
+}
+
+void expectNear(const std::vector<video::StoredPicture>& actual, const std::vector<Bytes>& expected, double least) {
+  expectAlike(actual, expected, least);
+  for (std::size_t i = 0; i < std::min(actual.size(), expected.size()); ++i) {
+    int largest = 0;
+    for (std::size_t at = 0; at < std::min(actual[i].samples.size(), expected[i].size()); ++at)
+      largest = std::max(largest, std::abs(actual[i].samples[at] - expected[i][at]));
+    EXPECT_LE(largest, 3) << "picture " << i << ", the first that differs";
+    if (largest > 0) break;
   }
 }
 

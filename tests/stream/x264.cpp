@@ -10,12 +10,12 @@ namespace {
 // Sources that differ in motion, texture and size; the odd sizes are coded with cropping.
 struct Source {
   const char* name;
-  const char* arguments;  // of ffmpeg; %s is a sample stream
+  std::string arguments;  // of ffmpeg
 };
 const Source sources[] = {
     {"test", "-f lavfi -i testsrc=size=176x144:rate=25 -frames:v 24"},
     {"fractal", "-f lavfi -i mandelbrot=size=202x150:rate=25 -frames:v 20"},
-    {"filmed", "-f h264 -i %s -frames:v 24 -vf scale=318:182"},
+    {"filmed", filmed() + " -frames:v 24 -vf scale=318:182"},
 };
 
 struct Sources {
@@ -25,11 +25,7 @@ struct Sources {
   std::filesystem::path get(std::size_t i) {
     const auto path = directory / (std::string(sources[i].name) + ".y4m");
     if (made[i]) return path;
-    std::string arguments = sources[i].arguments;
-    const std::size_t place = arguments.find("%s");
-    if (place != std::string::npos) arguments.replace(place, 2, sample("VID_1280x720_cavlc_temporal_direct.264").string());
-    const CommandResult result = run("ffmpeg -y -v error -nostdin " + arguments + " -pix_fmt yuv420p " + path.string());
-    if (result.exitCode != 0) throw std::runtime_error("ffmpeg fails: " + result.output);
+    runFfmpeg(sources[i].arguments + " -pix_fmt yuv420p " + path.string());
     made[i] = true;
     return path;
   }
@@ -129,9 +125,7 @@ TEST(X264Sizes, DecodeToTheBit) {
            {16, 16}, {16, 64}, {64, 16}, {18, 34}, {30, 46}, {62, 2}, {2, 62}, {130, 98}, {254, 6}}) {
     const std::string size = std::to_string(width) + ":" + std::to_string(height);
     const auto scaled = made.directory / "scaled.y4m", coded = made.directory / "coded.264";
-    ASSERT_EQ(run("ffmpeg -y -v error -nostdin -i " + made.get(1).string() + " -frames:v 12 -vf scale=" + size + " " +
-                  scaled.string())
-                  .exitCode, 0);
+    runFfmpeg("-i " + made.get(1).string() + " -frames:v 12 -vf scale=" + size + " " + scaled.string());
     const CommandResult result = run("x264 --quiet --threads 1 --no-cabac --me esa --merange 64 --bframes 2 --crf 20 -o " +
                                      coded.string() + " " + scaled.string());
     ASSERT_EQ(result.exitCode, 0) << size << ": " << result.output;
