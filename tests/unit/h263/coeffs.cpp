@@ -6,6 +6,7 @@
 
 #include "h263/coeffs_tables.h"
 #include "support/byte_stream.h"
+#include "support/coefficient_calls.h"
 #include "support/compare.h"
 #include "support/event_tables.h"
 #include "support/levels.h"
@@ -62,6 +63,10 @@ zvpStatus callReader(const Mode& mode, const uint8_t** byte, int32_t* offset, in
       return zvpiReconstructCoeffsIntra_H263_1u16s(byte, offset, coefficients, index, coded, mode.QP, mode.advIntra,
                                                    mode.scan, mode.modQuant);
   }
+}
+
+auto readerOf(const Mode& mode) {
+  return [&](auto... arguments) { return callReader(mode, arguments...); };
 }
 
 // The model's block with what the members do about the DC. start is the cursor's bit in the stream.
@@ -178,14 +183,9 @@ TEST(H263Read, BlocksWrittenFromTheTablesComeBack) {
       expected[std::size_t(mode.scanTable()[std::size_t(position)])] = int16_t(mode.value(events[i].level));
     }
     if (mode.first() == 1) expected[0] = int16_t(dc);
-    InputStream stream(bits, start, readableBytes(bits.size()), rng.guard());
-    Placed<int16_t> coefficients(std::vector<int16_t>(64, 77), rng);
-    int32_t index = -7;
-    ASSERT_EQ(callReader(mode, &stream.byte, &stream.offset, coefficients.data(), &index), zvpStatusOk);
-    ASSERT_TRUE(sameArray(coefficients.values().data(), expected.data(), 64));
-    ASSERT_EQ(index, position);
-    ASSERT_EQ(stream.position(), bits.size());
+    checkReadWhole(bits, start, expected, position, rng, readerOf(mode));
     checkRead(mode, bits, start, rng);
+    if (HasFatalFailure()) return;
   }
 }
 
@@ -340,6 +340,9 @@ zvpStatus callWriter(const WriteMode& mode, const int16_t* coefficients, uint8_t
                                                        mode.scan)
                     : zvpiEncodeCoeffsInter_H263_16s1u(coefficients, byte, offset, count, mode.modQuant, mode.scan);
 }
+auto writerOf(const WriteMode& mode) {
+  return [&](auto... arguments) { return callWriter(mode, arguments...); };
+}
 
 }  // namespace
 
@@ -353,13 +356,8 @@ TEST(H263Write, GoesAsInTheModel) {
     if (rng.chance(3)) count = rng.range(1, 64);
     const std::string bits = reference::h263WriteCoeffs(h263Code(mode.adv()), block.data(), count, mode.modQuant != 0,
                                                         mode.first(), mode.scanTable());
-    const std::size_t start = std::size_t(rng.range(0, 15));
-    OutputStream stream(bits, start, rng);
-    Placed<int16_t> coefficients(block, rng);
-    coefficients.readOnly();
-    ASSERT_EQ(callWriter(mode, coefficients.data(), &stream.byte, &stream.offset, count), zvpStatusOk);
-    ASSERT_TRUE(sameBytes(stream.bytes(), stream.expected()));
-    ASSERT_EQ(stream.position(), start + bits.size());
+    checkWritten(bits, block, count, rng, writerOf(mode));
+    if (HasFatalFailure()) return;
   }
 }
 
@@ -369,19 +367,10 @@ TEST(H263Write, WhatIsWrittenIsReadBack) {
     WriteMode mode = anyWriteMode(rng);
     std::vector<int16_t> block = anyBlock(rng, mode.modQuant ? rng.pick<int>({3, 127, 1023}) : rng.pick<int>({3, 127}));
     if (countNonZero(block, mode.first()) == 0) block[63] = -1;
-    uint8_t bytes[300] = {};
-    uint8_t* out = bytes;
-    int32_t outOffset = 3;
-    ASSERT_EQ(callWriter(mode, block.data(), &out, &outOffset, countNonZero(block, mode.first())), zvpStatusOk);
-    const uint8_t* in = bytes;
-    int32_t inOffset = 3, index;
-    int16_t back[64] = {block[0]};
-    const Member member = mode.intra ? Member::DecodeIntra : Member::DecodeInter;
-    const Mode reader = {member, mode.advIntra, mode.modQuant, mode.scan, 1};
-    ASSERT_EQ(callReader(reader, &in, &inOffset, back, &index), zvpStatusOk);
-    ASSERT_TRUE(sameArray(back, block.data(), 64));
-    ASSERT_EQ(in, out);
-    ASSERT_EQ(inOffset, outOffset);
+    const Mode reader = {mode.intra ? Member::DecodeIntra : Member::DecodeInter, mode.advIntra, mode.modQuant,
+                         mode.scan, 1};
+    checkReadBack(block, countNonZero(block, mode.first()), writerOf(mode), readerOf(reader));
+    if (HasFatalFailure()) return;
   }
 }
 
@@ -428,94 +417,35 @@ TEST(H263Write, AnnexTExtendsFrom128On) {
 
 TEST(H263Write, ABlockOfZerosWritesNothing) {
   const int16_t block[64] = {5};
-  uint8_t bytes[2] = {0xab, 0xcd};
-  for (int32_t start = 0; start < 8; ++start) {
-    uint8_t* byte = bytes;
-    int32_t offset = start;
-    EXPECT_EQ(zvpiEncodeCoeffsIntra_H263_16s1u(block, &byte, &offset, 1, 0, 0, 0), zvpStatusOk);
-    EXPECT_EQ(byte, bytes);
-    EXPECT_EQ(offset, start);
-  }
-  EXPECT_EQ(bytes[0], 0xab);
-  EXPECT_EQ(bytes[1], 0xcd);
+  const WriteMode mode = {true, 0, 0, 0};
+  expectNothingWritten(block, 1, writerOf(mode));
 }
 
 // Each refusal, alone and before the ones that come later; nothing is written.
 TEST(H263Checks, InTheirOrder) {
-  const uint8_t* const nothing = nullptr;
-  const std::vector<uint8_t> bytes(64, 0x55);
-  for (Member member : readers)
-    for (int later = 0; later < 4; ++later) {  // 1: the offset is bad as well; 2: QP is; 3: both
-      Mode mode = {member, 0, 0, 0, later & 2 ? 32 : 31};
-      const int32_t offset = later & 1 ? 8 : 7;
-      const uint8_t* byte = bytes.data();
-      const uint8_t* null = nothing;
-      int32_t o = offset, index = 99;
+  for (Member member : readers) {
+    Mode mode = {member, 0, 0, 0, 31};
+    expectReaderRefusals(readerOf(mode));
+    for (int32_t bad : {0, 32, -1, INT32_MIN, 257}) {
+      mode.QP = bad;
+      expectReaderRefusals(readerOf(mode));
+      if (!mode.recon()) continue;
+      const uint8_t bytes[8] = {0x55};
+      const uint8_t* byte = bytes;
+      int32_t offset = 7, index = 99;
       int16_t coefficients[64] = {77};
-      EXPECT_EQ(callReader(mode, nullptr, &o, coefficients, &index), zvpStatusNullPointer);
-      EXPECT_EQ(callReader(mode, &null, &o, coefficients, &index), zvpStatusNullPointer);
-      EXPECT_EQ(callReader(mode, &byte, nullptr, coefficients, &index), zvpStatusNullPointer);
-      EXPECT_EQ(callReader(mode, &byte, &o, nullptr, &index), zvpStatusNullPointer);
-      EXPECT_EQ(callReader(mode, &byte, &o, coefficients, nullptr), zvpStatusNullPointer);
-      for (int32_t bad : {8, -1, 256, INT32_MIN, INT32_MAX}) {
-        o = bad;
-        EXPECT_EQ(callReader(mode, &byte, &o, coefficients, &index), zvpStatusBadBitOffset);
-        EXPECT_EQ(o, bad);
-      }
-      o = 7;
-      for (int32_t bad : {0, 32, -1, INT32_MIN, 257}) {
-        mode.QP = bad;
-        if (mode.recon()) {
-          EXPECT_EQ(callReader(mode, &byte, &o, coefficients, &index), zvpStatusBadQuantizer);
-        }
-      }
-      EXPECT_EQ(byte, bytes.data());
-      EXPECT_EQ(o, 7);
+      EXPECT_EQ(callReader(mode, &byte, &offset, coefficients, &index), zvpStatusBadQuantizer);
+      EXPECT_EQ(byte, bytes);
+      EXPECT_EQ(offset, 7);
       EXPECT_EQ(index, 99);
       EXPECT_EQ(coefficients[0], 77);
     }
-
-  for (bool intra : {false, true})
-    for (int count : {1, 0}) {
-      const WriteMode mode = {intra, 0, 0, 0};
-      const int16_t coefficients[64] = {1, 1};
-      uint8_t out[8] = {0x77};
-      uint8_t* byte = out;
-      uint8_t* null = nullptr;
-      int32_t o = 0, bad = 9;
-      EXPECT_EQ(callWriter(mode, nullptr, &byte, &bad, count), zvpStatusNullPointer);
-      EXPECT_EQ(callWriter(mode, coefficients, nullptr, &bad, count), zvpStatusNullPointer);
-      EXPECT_EQ(callWriter(mode, coefficients, &null, &bad, count), zvpStatusNullPointer);
-      EXPECT_EQ(callWriter(mode, coefficients, &byte, nullptr, count), zvpStatusNullPointer);
-      EXPECT_EQ(callWriter(mode, coefficients, &byte, &bad, count), zvpStatusBadBitOffset);
-      EXPECT_EQ(bad, 9);
-      bad = -1;
-      EXPECT_EQ(callWriter(mode, coefficients, &byte, &bad, count), zvpStatusBadBitOffset);
-      for (int32_t wrong : {0, 65, -1, INT32_MIN})
-        EXPECT_EQ(callWriter(mode, coefficients, &byte, &o, wrong), zvpStatusOutOfRange);
-      EXPECT_EQ(byte, out);
-      EXPECT_EQ(o, 0);
-      EXPECT_EQ(out[0], 0x77);
-    }
-
-  const uint8_t* byte = bytes.data();
-  const uint8_t* null = nothing;
-  int32_t o = 8;
-  int16_t dc = 5;
-  EXPECT_EQ(zvpiDecodeDCIntra_H263_1u16s(nullptr, &o, &dc), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiDecodeDCIntra_H263_1u16s(&null, &o, &dc), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiDecodeDCIntra_H263_1u16s(&byte, nullptr, &dc), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiDecodeDCIntra_H263_1u16s(&byte, &o, nullptr), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiDecodeDCIntra_H263_1u16s(&byte, &o, &dc), zvpStatusBadBitOffset);
-  EXPECT_EQ(byte, bytes.data());
-  EXPECT_EQ(dc, 5);
-  uint8_t out[2] = {1, 2};
-  uint8_t* write = out;
-  uint8_t* nowhere = nullptr;
-  EXPECT_EQ(zvpiEncodeDCIntra_H263_16s1u(1, nullptr, &o), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiEncodeDCIntra_H263_16s1u(1, &nowhere, &o), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiEncodeDCIntra_H263_16s1u(1, &write, nullptr), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiEncodeDCIntra_H263_16s1u(1, &write, &o), zvpStatusBadBitOffset);
-  EXPECT_EQ(write, out);
-  EXPECT_EQ(out[0], 1);
+  }
+  for (bool intra : {false, true}) {
+    const WriteMode mode = {intra, 0, 0, 0};
+    expectWriterRefusals(64, writerOf(mode));
+  }
+  expectDcReaderRefusals(zvpiDecodeDCIntra_H263_1u16s);
+  expectDcWriterRefusals(
+      [](uint8_t** byte, int32_t* offset) { return zvpiEncodeDCIntra_H263_16s1u(1, byte, offset); });
 }

@@ -55,6 +55,20 @@ struct SmallCase {
   }
 };
 
+// Members without cases, against the model at whole samples.
+template <class Members, class Model>
+void checkWholeSample(std::uint64_t seed, const Members& members, Model model) {
+  Rng rng(seed);
+  for (int round = 0; round < rounds(300); ++round)
+    for (const auto& member : members) {
+      const auto src = inputBytes(rng, member.width, member.height);
+      OutputPlane<u8> dst(rng, member.width, member.height);
+      ASSERT_EQ(member.run(src.data(), stepOf(src), dst.actual.data(), dst.step()), zvpStatusOk);
+      model(src.data(), src.step(), dst.expected.data(), dst.step(), member.width, member.height, 0, 0);
+      ASSERT_TRUE(dst.same()) << member.name << " round " << round;
+    }
+}
+
 // Every case of members with acc and rounding, against the model that takes the same arguments.
 template <class Members, class Model>
 void checkHalfPel(std::uint64_t seed, const Members& members, Model model) {
@@ -75,17 +89,7 @@ void checkHalfPel(std::uint64_t seed, const Members& members, Model model) {
 
 }  // namespace
 
-TEST(Copy, WholeSampleMembers) {
-  Rng rng(301);
-  for (int round = 0; round < rounds(300); ++round)
-    for (const auto& member : copies) {
-      const auto src = inputBytes(rng, member.width, member.height);
-      OutputPlane<u8> dst(rng, member.width, member.height);
-      ASSERT_EQ(member.run(src.data(), stepOf(src), dst.actual.data(), dst.step()), zvpStatusOk);
-      reference::mc::copy(src.data(), src.step(), dst.expected.data(), dst.step(), member.width, member.height, 0, 0);
-      ASSERT_TRUE(dst.same()) << member.name << " round " << round;
-    }
-}
+TEST(Copy, WholeSampleMembers) { checkWholeSample(301, copies, reference::mc::copy); }
 
 TEST(Copy, HalfPelMembers) { checkHalfPel(302, halfPelCopies, reference::mc::copy); }
 
@@ -145,18 +149,7 @@ TEST(Copy, AverageOfTwo) {
   }
 }
 
-TEST(Copy, AverageInPlace) {
-  Rng rng(306);
-  for (int round = 0; round < rounds(300); ++round)
-    for (const auto& member : averagesInPlace) {
-      const auto src = inputBytes(rng, member.width, member.height);
-      OutputPlane<u8> dst(rng, member.width, member.height);
-      ASSERT_EQ(member.run(src.data(), stepOf(src), dst.actual.data(), dst.step()), zvpStatusOk);
-      reference::mc::interpolateAverage(src.data(), src.step(), dst.expected.data(), dst.step(), member.width,
-                                        member.height, 0, 0);
-      ASSERT_TRUE(dst.same()) << member.name << " round " << round;
-    }
-}
+TEST(Copy, AverageInPlace) { checkWholeSample(306, averagesInPlace, reference::mc::interpolateAverage); }
 
 TEST(Copy, InterpolateAverage) { checkHalfPel(307, interpolateAverages, reference::mc::interpolateAverage); }
 

@@ -6,6 +6,7 @@
 
 #include "mpeg4/rvlc_tables.h"
 #include "support/byte_stream.h"
+#include "support/coefficient_calls.h"
 #include "support/compare.h"
 #include "support/event_tables.h"
 #include "support/levels.h"
@@ -287,15 +288,10 @@ TEST(Mpeg4Read, BlocksWrittenFromTheTablesComeBack) {
     }
     if (mode.member == Member::Recon && scene.context.matrix()) controlMismatch(expected);
     if (mode.first() == 1) expected[0] = 77;
-    InputStream stream(bits, start, readableBytes(bits.size()), rng.guard());
-    Placed<int16_t> coefficients(std::vector<int16_t>(64, 77), rng);
-    int32_t index = -7;
-    ASSERT_EQ(callReader(mode, scene.context.data(), &stream.byte, &stream.offset, coefficients.data(), &index),
-              zvpStatusOk);
-    ASSERT_TRUE(sameArray(coefficients.values().data(), expected.data(), 64));
-    ASSERT_EQ(index, position);
-    ASSERT_EQ(stream.position(), bits.size());
+    checkReadWhole(bits, start, expected, position, rng,
+                   [&](auto... arguments) { return callReader(mode, scene.context.data(), arguments...); });
     checkRead(scene, bits, start, rng);
+    if (HasFatalFailure()) return;
   }
 }
 
@@ -753,15 +749,12 @@ zvpStatus callWriter(const WriteMode& mode, const int16_t* coefficients, uint8_t
              : zvpiEncodeCoeffsInter_MPEG4_16s1u(coefficients, byte, offset, count, mode.rvlc, mode.scan);
 }
 
+auto writerOf(const WriteMode& mode) {
+  return [&](auto... arguments) { return callWriter(mode, arguments...); };
+}
+
 void checkWrite(const WriteMode& mode, const std::vector<int16_t>& block, int count, Rng& rng) {
-  const std::string bits = mode.bits(block.data(), count);
-  const std::size_t start = std::size_t(rng.range(0, 15));
-  OutputStream stream(bits, start, rng);
-  Placed<int16_t> coefficients(block, rng);
-  coefficients.readOnly();
-  ASSERT_EQ(callWriter(mode, coefficients.data(), &stream.byte, &stream.offset, count), zvpStatusOk);
-  ASSERT_TRUE(sameBytes(stream.bytes(), stream.expected()));
-  ASSERT_EQ(stream.position(), start + bits.size());
+  checkWritten(mode.bits(block.data(), count), block, count, rng, writerOf(mode));
 }
 
 }  // namespace
@@ -801,18 +794,10 @@ TEST(Mpeg4Write, WhatIsWrittenIsReadBack) {
     mode.scan = rng.pick<int>({0, 1, -1});  // where readers and writers agree
     std::vector<int16_t> block = anyBlock(rng, rng.pick<int>({3, 12, 60, 2047}));
     if (countNonZero(block, mode.first()) == 0) block[63] = -1;
-    uint8_t bytes[300] = {};
-    uint8_t* out = bytes;
-    int32_t outOffset = 3;
-    ASSERT_EQ(callWriter(mode, block.data(), &out, &outOffset, countNonZero(block, mode.first())), zvpStatusOk);
-    const uint8_t* in = bytes;
-    int32_t inOffset = 3, index;
-    int16_t back[64] = {block[0]};
     const Mode reader = {mode.intra ? Member::Intra : Member::Inter, mode.rvlc, mode.skipDC, mode.scan, 1};
-    ASSERT_EQ(callReader(reader, nullptr, &in, &inOffset, back, &index), zvpStatusOk);
-    ASSERT_TRUE(sameArray(back, block.data(), 64));
-    ASSERT_EQ(in, out);
-    ASSERT_EQ(inOffset, outOffset);
+    checkReadBack(block, countNonZero(block, mode.first()), writerOf(mode),
+                  [&](auto... arguments) { return callReader(reader, nullptr, arguments...); });
+    if (HasFatalFailure()) return;
   }
 }
 
@@ -854,17 +839,10 @@ TEST(Mpeg4Write, CountsThatAreTooLargeLeaveTheBlockOpen) {
   checkWrite({true, 0, 0, 0}, block, 2, rng);
   EXPECT_EQ(reference::mpeg4WriteCoeffs(mpeg4Code(true), block.data(), 2, 0, scanTable(ScanName::Zigzag)), "1100");
   // Nothing at all for a block of zeros.
-  uint8_t bytes[2] = {0xab, 0xcd};
-  for (int rvlc : {0, 1})
-    for (int32_t start = 0; start < 8; ++start) {
-      uint8_t* byte = bytes;
-      int32_t offset = start;
-      EXPECT_EQ(zvpiEncodeCoeffsIntra_MPEG4_16s1u(block.data(), &byte, &offset, 63, rvlc, 1, 0), zvpStatusOk);
-      EXPECT_EQ(byte, bytes);
-      EXPECT_EQ(offset, start);
-    }
-  EXPECT_EQ(bytes[0], 0xab);
-  EXPECT_EQ(bytes[1], 0xcd);
+  for (int rvlc : {0, 1}) {
+    const WriteMode mode = {true, rvlc, 1, 0};
+    expectNothingWritten(block.data(), 63, writerOf(mode));
+  }
 }
 
 // ---- refusals ---------------------------------------------------------------------------------------------------
@@ -872,35 +850,19 @@ TEST(Mpeg4Write, CountsThatAreTooLargeLeaveTheBlockOpen) {
 // Each one alone and before those that come later; nothing is written.
 TEST(Mpeg4Checks, Readers) {
   Rng rng(103);
-  const std::vector<uint8_t> bytes(64, 0xaa);
   const QuantContext context(rng, true, 8);
+  for (bool later : {false, true})
+    for (Member member : {Member::Intra, Member::Inter, Member::Recon}) {
+      const Mode mode = {member, 0, 0, 0, later ? 0 : 5};
+      expectReaderRefusals(
+          [&](auto... arguments) { return callReader(mode, later ? nullptr : context.data(), arguments...); });
+    }
+  for (bool intra : {false, true})
+    expectReaderRefusals([&](auto... arguments) { return callBackward(intra, 0, arguments...); });
+  const std::vector<uint8_t> bytes(64, 0xaa);
   uint8_t wrong[200] = {};
-  const uint8_t* null = nullptr;
   int16_t coefficients[64] = {77};
   int32_t index = 99;
-  for (int member = 0; member < 5; ++member)
-    for (bool later : {false, true}) {
-      const auto call = [&](const uint8_t** byte, int32_t* offset, int16_t* block, int32_t* i) {
-        if (member >= 3) return callBackward(member == 3, 0, byte, offset, block, i);
-        const Mode mode = {Member(member), 0, 0, 0, later ? 0 : 5};
-        return callReader(mode, later ? nullptr : context.data(), byte, offset, block, i);
-      };
-      const uint8_t* byte = bytes.data() + 32;
-      int32_t offset = later ? 8 : 7;
-      EXPECT_EQ(call(nullptr, &offset, coefficients, &index), zvpStatusNullPointer);
-      EXPECT_EQ(call(&null, &offset, coefficients, &index), zvpStatusNullPointer);
-      EXPECT_EQ(call(&byte, nullptr, coefficients, &index), zvpStatusNullPointer);
-      EXPECT_EQ(call(&byte, &offset, nullptr, &index), zvpStatusNullPointer);
-      EXPECT_EQ(call(&byte, &offset, coefficients, nullptr), zvpStatusNullPointer);
-      for (int32_t bad : {8, -1, 256, INT32_MIN, INT32_MAX}) {
-        offset = bad;
-        EXPECT_EQ(call(&byte, &offset, coefficients, &index), zvpStatusBadBitOffset);
-        EXPECT_EQ(offset, bad);
-      }
-      EXPECT_EQ(byte, bytes.data() + 32);
-      EXPECT_EQ(index, 99);
-      EXPECT_EQ(coefficients[0], 77);
-    }
   // The context behind the cursor, the quantizer behind the context; a context of the other kind is none.
   uint8_t intraContext[200];
   EXPECT_EQ(zvpiQuantInvIntraInit_MPEG4(nullptr, intraContext, 8), zvpStatusOk);
@@ -924,42 +886,14 @@ TEST(Mpeg4Checks, Readers) {
 }
 
 TEST(Mpeg4Checks, WritersAndDc) {
-  const int16_t coefficients[64] = {1, 1};
-  uint8_t out[8] = {0x77};
-  uint8_t* byte = out;
-  uint8_t* null = nullptr;
-  int32_t o = 0, bad = 9;
   for (bool intra : {false, true})
-    for (int skipDC : {0, 256})
-      for (int count : {1, 0}) {
-        const WriteMode mode = {intra, 0, skipDC, 0};
-        bad = count ? 8 : -1;
-        EXPECT_EQ(callWriter(mode, nullptr, &byte, &bad, count), zvpStatusNullPointer);
-        EXPECT_EQ(callWriter(mode, coefficients, nullptr, &bad, count), zvpStatusNullPointer);
-        EXPECT_EQ(callWriter(mode, coefficients, &null, &bad, count), zvpStatusNullPointer);
-        EXPECT_EQ(callWriter(mode, coefficients, &byte, nullptr, count), zvpStatusNullPointer);
-        EXPECT_EQ(callWriter(mode, coefficients, &byte, &bad, count), zvpStatusBadBitOffset);
-        const int largest = intra && skipDC ? 63 : 64;
-        for (int wrong : {0, largest + 1, -1, INT32_MIN, INT32_MAX})
-          EXPECT_EQ(callWriter(mode, coefficients, &byte, &o, wrong), zvpStatusOutOfRange);
-      }
-  EXPECT_EQ(zvpiEncodeDCIntra_MPEG4_16s1u(1, nullptr, &bad, 0), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiEncodeDCIntra_MPEG4_16s1u(1, &null, &bad, 0), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiEncodeDCIntra_MPEG4_16s1u(1, &byte, nullptr, 0), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiEncodeDCIntra_MPEG4_16s1u(1, &byte, &bad, 0), zvpStatusBadBitOffset);
-  EXPECT_EQ(byte, out);
-  EXPECT_EQ(o, 0);
-  EXPECT_EQ(out[0], 0x77);
-
-  const uint8_t in[8] = {0xff};
-  const uint8_t* read = in;
-  const uint8_t* nothing = nullptr;
-  int16_t dc = 5;
-  EXPECT_EQ(zvpiDecodeDCIntra_MPEG4_1u16s(nullptr, &bad, &dc, 0), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiDecodeDCIntra_MPEG4_1u16s(&nothing, &bad, &dc, 0), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiDecodeDCIntra_MPEG4_1u16s(&read, nullptr, &dc, 0), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiDecodeDCIntra_MPEG4_1u16s(&read, &bad, nullptr, 0), zvpStatusNullPointer);
-  EXPECT_EQ(zvpiDecodeDCIntra_MPEG4_1u16s(&read, &bad, &dc, 0), zvpStatusBadBitOffset);
-  EXPECT_EQ(read, in);
-  EXPECT_EQ(dc, 5);
+    for (int skipDC : {0, 256}) {
+      const WriteMode mode = {intra, 0, skipDC, 0};
+      expectWriterRefusals(intra && skipDC ? 63 : 64, writerOf(mode));
+    }
+  expectDcWriterRefusals(
+      [](uint8_t** byte, int32_t* offset) { return zvpiEncodeDCIntra_MPEG4_16s1u(1, byte, offset, 0); });
+  expectDcReaderRefusals([](const uint8_t** byte, int32_t* offset, int16_t* dc) {
+    return zvpiDecodeDCIntra_MPEG4_1u16s(byte, offset, dc, 0);
+  });
 }

@@ -31,6 +31,7 @@ constexpr Layout forwardLayout = {384, 388, 392, 396}, inverseLayout = {128, 132
 
 struct Kind {
   const char* name;
+  bool forward, intra;
   GetSize getSize;
   Init init;
   std::uint32_t magic;
@@ -38,10 +39,36 @@ struct Kind {
   std::int32_t bytes;
 };
 const Kind kinds[] = {
-    {"inter", zvpiQuantInterGetSize_MPEG4, zvpiQuantInterInit_MPEG4, 0x434D4155, forwardLayout, 412},
-    {"intra", zvpiQuantIntraGetSize_MPEG4, zvpiQuantIntraInit_MPEG4, 0x434D4154, forwardLayout, 412},
-    {"inverse inter", zvpiQuantInvInterGetSize_MPEG4, zvpiQuantInvInterInit_MPEG4, 0x434D4153, inverseLayout, 156},
-    {"inverse intra", zvpiQuantInvIntraGetSize_MPEG4, zvpiQuantInvIntraInit_MPEG4, 0x434D4152, inverseLayout, 156}};
+    {"inter", true, false, zvpiQuantInterGetSize_MPEG4, zvpiQuantInterInit_MPEG4, 0x434D4155, forwardLayout, 412},
+    {"intra", true, true, zvpiQuantIntraGetSize_MPEG4, zvpiQuantIntraInit_MPEG4, 0x434D4154, forwardLayout, 412},
+    {"inverse inter", false, false, zvpiQuantInvInterGetSize_MPEG4, zvpiQuantInvInterInit_MPEG4, 0x434D4153,
+     inverseLayout, 156},
+    {"inverse intra", false, true, zvpiQuantInvIntraGetSize_MPEG4, zvpiQuantInvIntraInit_MPEG4, 0x434D4152,
+     inverseLayout, 156}};
+const Kind &inter = kinds[0], &intra = kinds[1], &inverseInter = kinds[2], &inverseIntra = kinds[3];
+
+// The block functions with one list of arguments: those of inter blocks have no type.
+zvpStatus quantize(const Kind& kind, std::int16_t* block, const void* context, std::int32_t qp, std::int32_t* count,
+                   std::int32_t type) {
+  return kind.intra ? zvpiQuantIntra_MPEG4_16s_C1I(block, context, qp, count, type)
+                    : zvpiQuantInter_MPEG4_16s_C1I(block, context, qp, count);
+}
+zvpStatus dequantize(const Kind& kind, std::int16_t* block, std::int32_t last, const void* context, std::int32_t qp,
+                     std::int32_t type) {
+  return kind.intra ? zvpiQuantInvIntra_MPEG4_16s_C1I(block, last, context, qp, type)
+                    : zvpiQuantInvInter_MPEG4_16s_C1I(block, last, context, qp);
+}
+int modelQuantize(const Kind& kind, std::int16_t* block, const std::uint8_t* matrix, int depth, int qp, bool chroma) {
+  return kind.intra ? model::quantIntra(block, matrix, depth, qp, chroma)
+                    : model::quantInter(block, matrix, depth, qp);
+}
+void modelDequantize(const Kind& kind, std::int16_t* block, int last, const std::uint8_t* matrix, int depth, int qp,
+                     bool chroma) {
+  if (kind.intra)
+    model::quantInvIntra(block, last, matrix, depth, qp, chroma);
+  else
+    model::quantInvInter(block, last, matrix, depth, qp);
+}
 
 template <class T> T at(const std::uint8_t* record, std::size_t offset) {
   T value;
@@ -129,9 +156,9 @@ TEST(QuantContext, HoldsWhatInitIsGiven) {
   Rng rng(1);
   for (int round = 0; round < rounds(2000); ++round) {
     const Kind& kind = kinds[rng.range(0, 3)];
-    const bool forward = kind.bytes == 412, withMatrix = rng.chance(2);
+    const bool withMatrix = rng.chance(2);
     const int depth =
-        forward && rng.chance(4) ? rng.pick<int>({20, 0, -7, 3, 13, INT32_MAX, INT32_MIN}) : rng.range(4, 12);
+        kind.forward && rng.chance(4) ? rng.pick<int>({20, 0, -7, 3, 13, INT32_MAX, INT32_MIN}) : rng.range(4, 12);
     const Weights weights = randomWeights(rng);
     Placed<std::uint8_t> matrix({weights.begin(), weights.end()}, rng);
     Context context(kind, withMatrix ? matrix.readOnly().data() : nullptr, depth, rng);
@@ -141,7 +168,7 @@ TEST(QuantContext, HoldsWhatInitIsGiven) {
     ASSERT_EQ(at<std::int32_t>(record, kind.layout.matrixFlag), withMatrix);
     ASSERT_EQ(at<std::uint32_t>(record, kind.layout.magic), kind.magic);
     for (std::size_t i = 0; withMatrix && i < 64; ++i) {
-      const bool halved = forward && depth < 9;
+      const bool halved = kind.forward && depth < 9;
       ASSERT_EQ(at<std::uint16_t>(record, 2 * i), halved ? weights[i] / 2 : weights[i]);
       if (halved) {
         ASSERT_EQ(at<std::uint32_t>(record, 128 + 4 * i), 65536u / weights[i] + 1);
@@ -164,7 +191,7 @@ TEST(QuantContext, InitWritesItsFieldsOnly) {
           weights.fill(7);
           ASSERT_EQ(kind.init(withMatrix ? weights.data() : nullptr, memory + shift, depth), zvpStatusOk);
           const std::size_t start = shift == 0 ? 0 : 16;
-          const bool reciprocals = withMatrix && kind.bytes == 412 && depth < 9;
+          const bool reciprocals = withMatrix && kind.forward && depth < 9;
           for (std::size_t i = 0; i < sizeof memory; ++i) {
             const std::size_t offset = i - start;  // wraps before the record
             const bool weight = withMatrix && offset < 128, reciprocal = reciprocals && offset < 384 && offset >= 128;
@@ -185,7 +212,7 @@ TEST(QuantContext, InitChecksInOrder) {
     for (std::size_t i = 0; i < sizeof memory; ++i) memory[i] = before[i] = std::uint8_t(i * 7);
     EXPECT_EQ(kind.init(weights.data(), nullptr, 3), zvpStatusNullPointer);
     EXPECT_EQ(kind.init(nullptr, nullptr, 8), zvpStatusNullPointer);
-    if (kind.bytes == 156) {
+    if (!kind.forward) {
       for (const std::int32_t depth : {3, 13, INT32_MIN, INT32_MAX}) {
         EXPECT_EQ(kind.init(weights.data(), memory, depth), zvpStatusOutOfRange);
         EXPECT_EQ(kind.init(nullptr, memory, depth), zvpStatusOutOfRange);
@@ -207,36 +234,45 @@ TEST(QuantContext, InitChecksInOrder) {
   }
 }
 
-TEST(QuantForward, InterMatchesTheModel) {
-  Rng rng(3);
+namespace {
+
+void checkForward(const Kind& kind, Rng rng) {
   for (int round = 0; round < rounds(8000); ++round) {
     const Case c(rng);
     auto wanted = randomBlock(rng);
-    Context context(kinds[0], c.matrix(), c.depth, rng);
+    Context context(kind, c.matrix(), c.depth, rng);
     Placed<std::int16_t> block(wanted, rng);
     Placed<std::int32_t> count({-1}, rng);
-    const int wantedCount = model::quantInter(wanted.data(), c.matrix(), c.depth, c.qp);
-    ASSERT_EQ(zvpiQuantInter_MPEG4_16s_C1I(block.data(), context.data(), c.qp, count.data()), zvpStatusOk);
+    const std::int32_t type = c.chroma ? rng.pick<std::int32_t>({1, 256, -1}) : 0;
+    const int wantedCount = modelQuantize(kind, wanted.data(), c.matrix(), c.depth, c.qp, c.chroma);
+    ASSERT_EQ(quantize(kind, block.data(), context.data(), c.qp, count.data(), type), zvpStatusOk);
     ASSERT_TRUE(sameArray(block.values().data(), wanted.data(), 64)) << c << " round " << round;
     ASSERT_EQ(count.values()[0], wantedCount) << c;
   }
 }
 
-TEST(QuantForward, IntraMatchesTheModel) {
-  Rng rng(4);
-  for (int round = 0; round < rounds(8000); ++round) {
+// The block ends behind its last element where that is all a call may touch.
+void checkInverse(const Kind& kind, Rng rng) {
+  for (int round = 0; round < rounds(12000); ++round) {
     const Case c(rng);
     auto wanted = randomBlock(rng);
-    Context context(kinds[1], c.matrix(), c.depth, rng);
-    Placed<std::int16_t> block(wanted, rng);
-    Placed<std::int32_t> count({-1}, rng);
+    const int last = rng.chance(3) ? 63 : rng.range(-2, 63);
+    Context context(kind, c.matrix(), c.depth, rng);
+    const std::size_t given = c.withMatrix ? 64 : std::size_t(std::max(last + 1, 1));
+    Placed<std::int16_t> block({wanted.begin(), wanted.begin() + std::ptrdiff_t(given)}, rng);
     const std::int32_t type = c.chroma ? rng.pick<std::int32_t>({1, 256, -1}) : 0;
-    const int wantedCount = model::quantIntra(wanted.data(), c.matrix(), c.depth, c.qp, c.chroma);
-    ASSERT_EQ(zvpiQuantIntra_MPEG4_16s_C1I(block.data(), context.data(), c.qp, count.data(), type), zvpStatusOk);
-    ASSERT_TRUE(sameArray(block.values().data(), wanted.data(), 64)) << c << " round " << round;
-    ASSERT_EQ(count.values()[0], wantedCount) << c;
+    modelDequantize(kind, wanted.data(), last, c.matrix(), c.depth, c.qp, c.chroma);
+    ASSERT_EQ(dequantize(kind, block.data(), last, context.data(), c.qp, type), zvpStatusOk);
+    ASSERT_TRUE(sameArray(block.values().data(), wanted.data(), given)) << c << " last " << last << " round " << round;
   }
 }
+
+}  // namespace
+
+TEST(QuantForward, InterMatchesTheModel) { checkForward(inter, Rng(3)); }
+TEST(QuantForward, IntraMatchesTheModel) { checkForward(intra, Rng(4)); }
+TEST(QuantInverse, InterMatchesTheModel) { checkInverse(inverseInter, Rng(6)); }
+TEST(QuantInverse, IntraMatchesTheModel) { checkInverse(inverseIntra, Rng(7)); }
 
 // Multiplications stand in for divisions: every coefficient, with every quantizer of every depth and weights at the
 // ends of their range and between.
@@ -245,13 +281,14 @@ TEST(QuantForward, AgreesOverTheWholeRange) {
   for (int depth = 4; depth <= 12; ++depth)
     for (int qp = 1; qp <= largestQP[depth - 4]; ++qp) {
       if (depth > 4 && qp > 40 && !rng.chance(rounds(100) < 100 ? 60 : 4)) continue;
-      const bool intra = rng.chance(2), withMatrix = rng.chance(2);
+      const bool withMatrix = rng.chance(2);
+      const Kind& kind = rng.chance(2) ? intra : inter;
       Weights weights = randomWeights(rng);
       weights[1] = 1;
       weights[2] = 2;
       weights[3] = 255;
       const std::uint8_t* matrix = withMatrix ? weights.data() : nullptr;
-      Context context(kinds[intra ? 1 : 0], matrix, depth, rng);
+      Context context(kind, matrix, depth, rng);
       // Consecutive coefficients in the same lanes: turned by one from block to block each meets each weight.
       const int turns = rounds(100) < 100 ? 1 : 3;
       for (int turn = 0; turn < turns; ++turn)
@@ -260,50 +297,12 @@ TEST(QuantForward, AgreesOverTheWholeRange) {
           for (int i = 0; i < 64; ++i) block[std::size_t((i + turn * 21 + base / 64) & 63)] = std::int16_t(base + i);
           wanted = block;
           std::int32_t count = -1;
-          if (intra) {
-            const int wantedCount = model::quantIntra(wanted.data(), matrix, depth, qp, turn == 1);
-            ASSERT_EQ(zvpiQuantIntra_MPEG4_16s_C1I(block.data(), context.data(), qp, &count, turn == 1), zvpStatusOk);
-            ASSERT_EQ(count, wantedCount);
-          } else {
-            const int wantedCount = model::quantInter(wanted.data(), matrix, depth, qp);
-            ASSERT_EQ(zvpiQuantInter_MPEG4_16s_C1I(block.data(), context.data(), qp, &count), zvpStatusOk);
-            ASSERT_EQ(count, wantedCount);
-          }
-          ASSERT_EQ(block, wanted) << depth << " bits, QP " << qp << " intra " << intra << " matrix " << withMatrix;
+          const int wantedCount = modelQuantize(kind, wanted.data(), matrix, depth, qp, turn == 1);
+          ASSERT_EQ(quantize(kind, block.data(), context.data(), qp, &count, turn == 1), zvpStatusOk);
+          ASSERT_EQ(count, wantedCount);
+          ASSERT_EQ(block, wanted) << depth << " bits, QP " << qp << " " << kind.name << " matrix " << withMatrix;
         }
     }
-}
-
-// The block ends behind its last element where that is all a call may touch.
-TEST(QuantInverse, InterMatchesTheModel) {
-  Rng rng(6);
-  for (int round = 0; round < rounds(12000); ++round) {
-    const Case c(rng);
-    auto wanted = randomBlock(rng);
-    const int last = rng.chance(3) ? 63 : rng.range(-2, 63);
-    Context context(kinds[2], c.matrix(), c.depth, rng);
-    const std::size_t given = c.withMatrix ? 64 : std::size_t(std::max(last + 1, 1));
-    Placed<std::int16_t> block({wanted.begin(), wanted.begin() + std::ptrdiff_t(given)}, rng);
-    model::quantInvInter(wanted.data(), last, c.matrix(), c.depth, c.qp);
-    ASSERT_EQ(zvpiQuantInvInter_MPEG4_16s_C1I(block.data(), last, context.data(), c.qp), zvpStatusOk);
-    ASSERT_TRUE(sameArray(block.values().data(), wanted.data(), given)) << c << " last " << last << " round " << round;
-  }
-}
-
-TEST(QuantInverse, IntraMatchesTheModel) {
-  Rng rng(7);
-  for (int round = 0; round < rounds(12000); ++round) {
-    const Case c(rng);
-    auto wanted = randomBlock(rng);
-    const int last = rng.chance(3) ? 63 : rng.range(-2, 63);
-    Context context(kinds[3], c.matrix(), c.depth, rng);
-    const std::size_t given = c.withMatrix ? 64 : std::size_t(std::max(last + 1, 1));
-    Placed<std::int16_t> block({wanted.begin(), wanted.begin() + std::ptrdiff_t(given)}, rng);
-    const std::int32_t type = c.chroma ? rng.pick<std::int32_t>({1, 256, -1}) : 0;
-    model::quantInvIntra(wanted.data(), last, c.matrix(), c.depth, c.qp, c.chroma);
-    ASSERT_EQ(zvpiQuantInvIntra_MPEG4_16s_C1I(block.data(), last, context.data(), c.qp, type), zvpStatusOk);
-    ASSERT_TRUE(sameArray(block.values().data(), wanted.data(), given)) << c << " last " << last << " round " << round;
-  }
 }
 
 TEST(Quant, BlockFunctionsCheckInOrder) {
@@ -311,12 +310,8 @@ TEST(Quant, BlockFunctionsCheckInOrder) {
   Weights weights;
   weights.fill(16);
   for (const Kind& kind : kinds) {
-    const bool forward = kind.bytes == 412;
     const auto call = [&](std::int16_t* block, const void* context, std::int32_t qp, std::int32_t* count) {
-      if (kind.magic == 0x434D4155) return zvpiQuantInter_MPEG4_16s_C1I(block, context, qp, count);
-      if (kind.magic == 0x434D4154) return zvpiQuantIntra_MPEG4_16s_C1I(block, context, qp, count, 0);
-      if (kind.magic == 0x434D4153) return zvpiQuantInvInter_MPEG4_16s_C1I(block, 63, context, qp);
-      return zvpiQuantInvIntra_MPEG4_16s_C1I(block, 63, context, qp, 0);
+      return kind.forward ? quantize(kind, block, context, qp, count, 0) : dequantize(kind, block, 63, context, qp, 0);
     };
     Block block;
     block.fill(77);
@@ -330,7 +325,7 @@ TEST(Quant, BlockFunctionsCheckInOrder) {
         EXPECT_EQ(call(block.data(), blank, qp, &count), zvpStatusBadContext);
         EXPECT_EQ(call(nullptr, blank, qp, &count), zvpStatusNullPointer);
         EXPECT_EQ(call(block.data(), nullptr, qp, &count), zvpStatusNullPointer);
-        if (forward) {
+        if (kind.forward) {
           EXPECT_EQ(call(block.data(), blank, qp, nullptr), zvpStatusNullPointer);
         }
       }
@@ -345,7 +340,7 @@ TEST(Quant, BlockFunctionsCheckInOrder) {
         }
       }
     }
-    if (forward) {  // a depth that has no quantizers
+    if (kind.forward) {  // a depth that has no quantizers
       for (const int depth : {3, 13, 20, INT32_MIN, INT32_MAX}) {
         Context context(kind, nullptr, depth, rng);
         for (const std::int32_t qp : {0, 1, 31})
@@ -366,14 +361,14 @@ TEST(Quant, WorkedExamples) {
   Rng rng(9);
   std::int32_t count = -1;
   {
-    Context context(kinds[0], nullptr, 8, rng);
+    Context context(inter, nullptr, 8, rng);
     Block block = {77, -77, 76, 16};  // (77 - 15) * 1058 >> 16 is 1
     ASSERT_EQ(zvpiQuantInter_MPEG4_16s_C1I(block.data(), context.data(), 31, &count), zvpStatusOk);
     EXPECT_EQ(block, (Block{1, -1, 0, 0}));
     EXPECT_EQ(count, 2);
   }
   {
-    Context context(kinds[1], nullptr, 8, rng);
+    Context context(intra, nullptr, 8, rng);
     Block block = {-12, 2, 1, -2};  // (-12 + 3) >> 3 is -2
     ASSERT_EQ(zvpiQuantIntra_MPEG4_16s_C1I(block.data(), context.data(), 1, &count, 0), zvpStatusOk);
     EXPECT_EQ(block, (Block{-2, 1, 0, -1}));
@@ -383,7 +378,7 @@ TEST(Quant, WorkedExamples) {
   weights.fill(16);
   for (const std::uint8_t* matrix :
        {static_cast<const std::uint8_t*>(nullptr), static_cast<const std::uint8_t*>(weights.data())}) {
-    Context context(kinds[3], matrix, 8, rng);
+    Context context(inverseIntra, matrix, 8, rng);
     for (const std::int16_t was : {std::int16_t(0), std::int16_t(9), std::int16_t(-4)}) {
       Block block = {3};
       block[63] = was;
@@ -393,7 +388,7 @@ TEST(Quant, WorkedExamples) {
     }
   }
   {
-    Context context(kinds[2], weights.data(), 8, rng);
+    Context context(inverseInter, weights.data(), 8, rng);
     Block block = {1, 0, -1};  // 3 * 16 * 5 / 16, twice: the sum is 0
     block[63] = 7;
     ASSERT_EQ(zvpiQuantInvInter_MPEG4_16s_C1I(block.data(), 2, context.data(), 5), zvpStatusOk);
