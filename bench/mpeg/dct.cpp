@@ -2,26 +2,16 @@
 
 #include <algorithm>
 
-#include "support/bench.h"
+#include "support/fresh_blocks.h"
 #include "zvpvc.h"
 
 namespace {
 
 using reference::mpeg::Dct;
 
-// 32 blocks whose non-zero elements lie in the first columns and rows, or everywhere. Each call works on a fresh copy.
-struct Blocks {
-  std::int16_t source[32][64] = {}, work[32][64];
-  explicit Blocks(int size, int limit) {
-    zvptest::Rng rng(1);
-    for (auto& block : source)
-      for (int y = 0; y < size; ++y)
-        for (int x = 0; x < size; ++x) block[8 * y + x] = std::int16_t(rng.range(-limit, limit) / (1 + x + y));
-  }
-  std::int16_t* fresh(int i) {
-    std::copy(source[i & 31], source[i & 31] + 64, work[i & 31]);
-    return work[i & 31];
-  }
+// Non-zero elements lie in the first columns and rows, or everywhere.
+struct Blocks : bench::FreshBlocks {
+  Blocks(int size, int limit) { fillCorner(8, size, size, limit); }
 };
 
 template <class Member, class Model>

@@ -1,29 +1,19 @@
 #include "reference/mpeg/quant.h"
 
-#include "support/bench.h"
+#include "support/fresh_blocks.h"
 #include "zvpvc.h"
 
 namespace {
 
-// Blocks as an encoder makes them: falling off towards the high frequencies. Calls work on copies of one block.
-struct Blocks {
-  std::int16_t source[32][64], work[32][64], weights[64];
+struct Blocks : bench::FreshBlocks {
+  std::int16_t weights[64];
   float reciprocals[64];
   Blocks() {
-    zvptest::Rng rng(1);
-    for (auto& block : source)
-      for (int i = 0; i < 64; ++i) {
-        const int limit = 900 / (1 + i % 8 + i / 8);
-        block[i] = std::int16_t(rng.chance(3) ? rng.range(-limit, limit) : 0);
-      }
+    fillSparse();
     for (int i = 0; i < 64; ++i) {
       weights[i] = std::int16_t(16 + i);
       reciprocals[i] = 1.0f / float(16 + i);
     }
-  }
-  std::int16_t* fresh(int i) {
-    std::copy(source[i & 31], source[i & 31] + 64, work[i & 31]);
-    return work[i & 31];
   }
 };
 

@@ -1,28 +1,20 @@
 #include "reference/mpeg4/quant.h"
 
-#include "support/bench.h"
+#include "support/fresh_blocks.h"
 #include "zvpvc.h"
 
 namespace {
 
 namespace model = reference::mpeg4;
 
-// Blocks as an encoder makes them, falling off towards the high frequencies; calls work on copies of them. A context of
-// each kind, by depth and with or without a matrix.
-struct Blocks {
-  std::int16_t source[32][64], work[32][64];
+// A context of each kind, by depth and with or without a matrix.
+struct Blocks : bench::FreshBlocks {
   std::uint8_t weights[64];
   struct Contexts {
     alignas(16) std::uint8_t inter[412], intra[412], invInter[156], invIntra[156];
   } contexts[2][2];  // [12 bits][matrix]
   Blocks() {
-    zvptest::Rng rng(1);
-    for (auto& block : source)
-      for (int i = 0; i < 64; ++i) {
-        const int limit = 900 / (1 + i % 8 + i / 8);
-        const int x = rng.range(-limit, limit);
-        block[i] = std::int16_t(rng.chance(3) ? x : 0);
-      }
+    fillSparse();
     for (int i = 0; i < 64; ++i) weights[i] = std::uint8_t(16 + i);
     for (const int deep : {0, 1})
       for (const int matrix : {0, 1}) {
@@ -37,10 +29,6 @@ struct Blocks {
   }
   static int depth(int deep) { return deep ? 12 : 8; }
   static int quantizer(int i, int deep) { return deep ? 2 + 15 * (i & 31) : 2 + (i & 15); }
-  std::int16_t* fresh(int i) {
-    std::copy(source[i & 31], source[i & 31] + 64, work[i & 31]);
-    return work[i & 31];
-  }
 };
 
 // Each quantizing row includes the copy that makes its block fresh.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "support/bench.h"
+#include "support/fresh_blocks.h"
 #include "zvpvc.h"
 
 namespace {
@@ -11,19 +11,9 @@ namespace {
 using Value = std::int16_t;
 namespace model = reference::vc1;
 
-// 32 blocks of few or of many coefficients. Calls in place get a fresh copy.
-struct Blocks {
-  Value source[32][64] = {}, work[32][64];
-  explicit Blocks(int limit) {
-    zvptest::Rng rng(1);
-    for (auto& block : source)
-      for (int y = 0; y < 8; ++y)
-        for (int x = 0; x < 8; ++x) block[8 * y + x] = Value(rng.range(-limit, limit) / (1 + x + y));
-  }
-  Value* fresh(int i) {
-    std::copy(source[i & 31], source[i & 31] + 64, work[i & 31]);
-    return work[i & 31];
-  }
+// Few or many coefficients, by their limit.
+struct Blocks : bench::FreshBlocks {
+  explicit Blocks(int limit) { fillCorner(8, 8, 8, limit); }
 };
 
 constexpr zvpSize whole = {8, 8};

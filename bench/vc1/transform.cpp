@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "support/bench.h"
+#include "support/fresh_blocks.h"
 #include "zvpvc.h"
 
 namespace {
@@ -10,20 +10,11 @@ namespace {
 using Value = std::int16_t;
 namespace model = reference::vc1;
 
-// 32 blocks without gaps, their values in the first columns and rows. Calls in place get a fresh copy.
-struct Blocks {
-  Value source[32][64] = {}, work[32][64];
+// Values lie in the first columns and rows.
+struct Blocks : bench::FreshBlocks {
   int count;
   Blocks(int width, int height, zvpSize nonZero, int limit) : count(width * height) {
-    zvptest::Rng rng(1);
-    for (auto& block : source)
-      for (int y = 0; y < std::min(height, nonZero.height); ++y)
-        for (int x = 0; x < std::min(width, nonZero.width); ++x)
-          block[width * y + x] = Value(rng.range(-limit, limit) / (1 + x + y));
-  }
-  Value* fresh(int i) {
-    std::copy(source[i & 31], source[i & 31] + 64, work[i & 31]);
-    return work[i & 31];
+    fillCorner(width, std::min(width, nonZero.width), std::min(height, nonZero.height), limit);
   }
 };
 
