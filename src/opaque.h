@@ -13,4 +13,7 @@ template <class T> ZVP_INLINE T opaque(T value) {
   return value;
 }
 
+// What was read of memory that others know of is read again behind this, and no register holds it until then.
+ZVP_INLINE void rereadMemory() { asm("" : : : "memory"); }
+
 }  // namespace zvp

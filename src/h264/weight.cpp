@@ -5,6 +5,8 @@
 using namespace zvp;
 using weight::isLegalLength;
 using weight::Operands;
+using weight::SharedStep;
+using weight::TwoSteps;
 using weight::weighBlock;
 using weight::Weighting;
 
@@ -81,28 +83,34 @@ template <Member M>
   return zvpStatusOk;
 }
 
-template <Member M> ZVP_INLINE zvpStatus twoDirections(const u8* src1, const u8* src2, u8* dst, s32 src1Step,
-                                                       s32 src2Step, s32 dstStep, s32 logWD, Weight1<M> weight1,
-                                                       const s32& offset1, const s32& weight2, const s32& offset2,
-                                                       const zvpSize& size) {
-  const Operands<u8> o = {src1, src1Step, src2, src2Step, dst, dstStep};
-  if ((M == Member::ImplicitUnchecked || stepsReach(size.width, src1Step, src2Step)) && !anyNull(src1, src2, dst) &&
-      dstStep >= size.width) {
+template <Member M, class Steps>
+ZVP_INLINE zvpStatus twoDirections(const u8* src1, const u8* src2, u8* dst, Steps srcSteps, s32 dstStep, s32 logWD,
+                                   Weight1<M> weight1, const s32& offset1, const s32& weight2, const s32& offset2,
+                                   const zvpSize& size) {
+  const auto carriedOut = [&](const auto& op) __attribute__((always_inline)) {
+    const auto columns = [&](auto width, auto height) __attribute__((always_inline)) {
+      weight::ordinaryColumns<width>(src1, src2, dst, srcSteps, dstStep, height, op);
+    };
+    return weight::atOrdinaryShape(size.width, size.height, columns);
+  };
+  if (!anyNull(src1, src2, dst) && dstStep >= size.width &&
+      (M == Member::ImplicitUnchecked || stepsReach(size.width, srcSteps.first(), srcSteps.second()))) {
     if constexpr (isImplicit(M)) {
-      if (weight::isOrdinaryImplicit(weight1, weight2, size.height) &&
-          weight::ordinary<true>(o, size.width, size.height,
-                                 weight::Sixtyfourths{simd::splat<simd::S16<8>>(s16(weight1))}))
+      if (weight::areImplicitWeights(weight1, weight2) &&
+          carriedOut(weight::Sixtyfourths{simd::splat<simd::S16<8>>(s16(weight1))}))
         return zvpStatusOk;
-    } else {
-      const s32 offset = M == Member::Average ? offset1 : meanOffset(offset1, offset2);
+    } else if (weight::areOrdinaryWeights(weight1, weight2) &&
+               (M != Member::Average || weight::isOrdinaryOffset(offset1))) {
+      const s32 rounded = M == Member::Average ? 2 * offset1 + 1 : wrapAdd(wrapAdd(offset1, offset2), 1) | 1;
       const s32 shift = M == Member::Average ? logWD : wrapAdd(logWD, 1);
-      if (weight::isOrdinary(weight1, weight2, offset, shift, size.height) &&
-          weight::ordinary<true>(o, size.width, size.height, weight::ordinaryFactors(weight1, weight2, offset, shift)))
-        return zvpStatusOk;
+      if (weight::isOrdinaryRounded(rounded) && weight::isOrdinaryShift(shift)) {
+        rereadMemory();  // the weights: kept until here they would take registers that are saved first
+        if (carriedOut(weight::ordinaryFactors(weight1, weight2, rounded, shift))) return zvpStatusOk;
+      }
     }
   }
-  return twoDirectionsInFull<M>(src1, src2, dst, src1Step, src2Step, dstStep, logWD, weight1, offset1, weight2, offset2,
-                                size);
+  return twoDirectionsInFull<M>(src1, src2, dst, s32(srcSteps.first()), s32(srcSteps.second()), dstStep, logWD, weight1,
+                                offset1, weight2, offset2, size);
 }
 
 zvpStatus twoDirections16u(const WeightBlockRecord* pRecord, const Weighting& weighting) {
@@ -116,10 +124,13 @@ zvpStatus twoDirections16u(const WeightBlockRecord* pRecord, const Weighting& we
 
 zvpStatus zvpiUniDirWeightBlock_H264_8u_C1R(u8* pSrcDst, s32 srcDstStep, s32 logWD, s32 weight, s32 offset,
                                             zvpSize roiSize) {
-  if (!anyNull(pSrcDst) && srcDstStep >= roiSize.width && weight::isOrdinary(weight, offset, logWD, roiSize.height)) {
-    const auto op = weight::ordinaryFactors(weight, 0, offset, logWD);
-    const Operands<u8> o = {pSrcDst, srcDstStep, pSrcDst, srcDstStep, pSrcDst, srcDstStep};
-    if (weight::ordinary<false>(o, roiSize.width, roiSize.height, op)) return zvpStatusOk;
+  if (!anyNull(pSrcDst) && srcDstStep >= roiSize.width && weight::areOrdinary(weight, offset) &&
+      weight::isOrdinaryShift(logWD)) {
+    const auto op = weight::ordinaryFactors(weight, 0, 2 * offset + 1, logWD);
+    const auto columns = [=](auto width, auto height) __attribute__((always_inline)) {
+      weight::ordinaryColumns<width>(pSrcDst, srcDstStep, height, op);
+    };
+    if (weight::atOrdinaryShape(roiSize.width, roiSize.height, columns)) return zvpStatusOk;
   }
   return oneDirectionInFull(pSrcDst, srcDstStep, logWD, weight, offset, roiSize);
 }
@@ -132,34 +143,34 @@ zvpStatus zvpiUniDirWeightBlock_H264_8u_C1IR(u8* pSrcDst, s32 srcDstStep, s32 lo
 zvpStatus zvpiBiDirWeightBlock_H264_8u_P2P1R(const u8* pSrc1, const u8* pSrc2, u8* pDst, s32 srcStep, s32 dstStep,
                                              s32 logWD, s32 weight1, s32 offset1, s32 weight2, s32 offset2,
                                              zvpSize roiSize) {
-  return twoDirections<Member::Explicit>(pSrc1, pSrc2, pDst, srcStep, srcStep, dstStep, logWD, weight1, offset1,
+  return twoDirections<Member::Explicit>(pSrc1, pSrc2, pDst, SharedStep{srcStep}, dstStep, logWD, weight1, offset1,
                                          weight2, offset2, roiSize);
 }
 
 zvpStatus zvpiBiDirWeightBlock_H264_8u_P3P1R(const u8* pSrc1, const u8* pSrc2, u8* pDst, s32 src1Step, s32 src2Step,
                                              s32 dstStep, s32 logWD, s32 weight1, s32 offset1, s32 weight2, s32 offset2,
                                              zvpSize roiSize) {
-  return twoDirections<Member::Explicit>(pSrc1, pSrc2, pDst, src1Step, src2Step, dstStep, logWD, weight1, offset1,
-                                         weight2, offset2, roiSize);
+  return twoDirections<Member::Explicit>(pSrc1, pSrc2, pDst, TwoSteps{src1Step, src2Step}, dstStep, logWD, weight1,
+                                         offset1, weight2, offset2, roiSize);
 }
 
 zvpStatus zvpiBiDirWeightBlockImplicit_H264_8u_P2P1R(const u8* pSrc1, const u8* pSrc2, u8* pDst, s32 srcStep,
                                                      s32 dstStep, s32 weight1, s32 weight2, zvpSize roiSize) {
-  return twoDirections<Member::Implicit>(pSrc1, pSrc2, pDst, srcStep, srcStep, dstStep, 5, weight1, noOffset, weight2,
-                                         noOffset, roiSize);
+  return twoDirections<Member::Implicit>(pSrc1, pSrc2, pDst, SharedStep{srcStep}, dstStep, 5, weight1, noOffset,
+                                         weight2, noOffset, roiSize);
 }
 
 // Neither steps nor size are checked; an empty size is Ok with nothing written: required.
 zvpStatus zvpiBiDirWeightBlockImplicit_H264_8u_P3P1R(const u8* pSrc1, const u8* pSrc2, u8* pDst, s32 src1Step,
                                                      s32 src2Step, s32 dstStep, s32 weight1, s32 weight2,
                                                      zvpSize roiSize) {
-  return twoDirections<Member::ImplicitUnchecked>(pSrc1, pSrc2, pDst, src1Step, src2Step, dstStep, 5, weight1, noOffset,
-                                                  weight2, noOffset, roiSize);
+  return twoDirections<Member::ImplicitUnchecked>(pSrc1, pSrc2, pDst, TwoSteps{src1Step, src2Step}, dstStep, 5, weight1,
+                                                  noOffset, weight2, noOffset, roiSize);
 }
 
 zvpStatus zvpiWeightedAverage_H264_8u_C1IR(const u8* pSrc, u8* pSrcDst, s32 srcDstStep, s32 weight1, s32 weight2,
                                            s32 logWD, s32 offset, zvpSize roiSize) {
-  return twoDirections<Member::Average>(pSrc, pSrcDst, pSrcDst, srcDstStep, srcDstStep, srcDstStep, logWD, weight1,
+  return twoDirections<Member::Average>(pSrc, pSrcDst, pSrcDst, SharedStep{srcDstStep}, srcDstStep, logWD, weight1,
                                         offset, weight2, noOffset, roiSize);
 }
 

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "h264/pieces.h"
+#include "opaque.h"
 #include "simd.h"
 
 namespace zvp::weight {
@@ -60,26 +61,27 @@ inline bool fit16(const Weighting& w) {
 // Rows * W samples in two registers of 16-bit lanes: one after the other, or the halves of one row. At most eight stand
 // in the first register and leave nothing for the second.
 template <int N> struct Lines { S16<N> low, high; };
-template <int W, int Rows> ZVP_INLINE auto loadBlock(const u8* p, std::ptrdiff_t step) {
+// First is the block's row that p and step count from.
+template <int W, int Rows, int First = 0> ZVP_INLINE auto loadBlock(const u8* p, std::ptrdiff_t step) {
   if constexpr (W == 16) {
-    const auto v = loadRows<16, 16 * Rows>(p, step);
+    const auto v = loadRows<16, 16 * Rows>(p + First * step, step);
     return Lines<8 * Rows>{widenLow(v), widenHigh(v)};
   } else if constexpr (W * Rows == 16) {
-    return Lines<8>{loadBlock<W, Rows / 2>(p, step).low, loadBlock<W, Rows / 2>(p + Rows / 2 * step, step).low};
+    return Lines<8>{loadBlock<W, Rows / 2, First>(p, step).low, loadBlock<W, Rows / 2, First + Rows / 2>(p, step).low};
   } else if constexpr (Rows == 1) {
-    return Lines<8>{widenLow(loadBytes<U8<16>, W>(p)), {}};
+    return Lines<8>{widenLow(loadBytes<U8<16>, W>(p + First * step)), {}};
   } else {
     using Row = std::conditional_t<W == 4, U32<4>, U16<8>>;
-    const auto both = interleaveLow(loadBytes<Row, W>(p), loadBytes<Row, W>(p + step));
+    const auto both = interleaveLow(loadBytes<Row, W>(p + First * step), loadBytes<Row, W>(p + (First + 1) * step));
     return Lines<8>{widenLow(as<U8<16>>(both)), {}};
   }
 }
-template <int W, int Rows, int N> ZVP_INLINE void storeBlock(u8* p, std::ptrdiff_t step, U8<N> v) {
+template <int W, int Rows, int First = 0, int N> ZVP_INLINE void storeBlock(u8* p, std::ptrdiff_t step, U8<N> v) {
   if constexpr (W * Rows >= 16) {
-    storeRows<W>(p, step, v);
+    storeRows<W>(p + First * step, step, v);
   } else {
-    storeBytes<W>(p, v);
-    if constexpr (Rows == 2) storeBytes<W>(p + step, shiftBytesDown<W>(v));
+    storeBytes<W>(p + First * step, v);
+    if constexpr (Rows == 2) storeBytes<W>(p + (First + 1) * step, shiftBytesDown<W>(v));
   }
 }
 
@@ -125,23 +127,25 @@ struct Paired {
   }
 };
 
-template <bool Two, int W, int Rows, class Op> ZVP_INLINE void weighRows(Operands<u8>& o, Op op) {
-  const auto s1 = loadBlock<W, Rows>(o.src1, o.src1Step);
+template <bool Two, int W, int Rows, int First = 0, class Op> ZVP_INLINE void weighRows(const Operands<u8>& o, Op op) {
+  const auto s1 = loadBlock<W, Rows, First>(o.src1, o.src1Step);
   auto s2 = s1;
-  if constexpr (Two) s2 = loadBlock<W, Rows>(o.src2, o.src2Step);
+  if constexpr (Two) s2 = loadBlock<W, Rows, First>(o.src2, o.src2Step);
   const auto low = op.template operator()<Two>(s1.low, s2.low);
   auto high = low;
   if constexpr (W * Rows > 8) high = op.template operator()<Two>(s1.high, s2.high);
-  storeBlock<W, Rows>(o.dst, o.dstStep, packSaturateU8(low, high));
-  o.src1 += Rows * o.src1Step;
-  if constexpr (Two) o.src2 += Rows * o.src2Step;
-  o.dst += Rows * o.dstStep;
+  storeBlock<W, Rows, First>(o.dst, o.dstStep, packSaturateU8(low, high));
 }
 
 // W columns of any height.
 template <bool Two, int W, class Op> ZVP_INLINE void weighColumns(Operands<u8> o, int height, Op op) {
   constexpr int rows = W == 16 ? registerBytes / 16 : W == 1 ? 1 : 2;
-  for (; height >= rows; height -= rows) weighRows<Two, W, rows>(o, op);
+  for (; height >= rows; height -= rows) {
+    weighRows<Two, W, rows>(o, op);
+    o.src1 += rows * o.src1Step;
+    o.src2 += rows * o.src2Step;
+    o.dst += rows * o.dstStep;
+  }
   if constexpr (rows > 1)
     if (height != 0) weighRows<Two, W, 1>(o, op);
 }
@@ -239,51 +243,108 @@ template <bool Two> void weighBlock(const Operands<u16>& o, zvpSize size, const 
 // bits, and so does what is added to them; where both together do not, they saturate to what the shift leaves at 255 or
 // more, or below 0.
 
-template <bool Two, int W, class Op> ZVP_INLINE bool ordinaryColumns(Operands<u8> o, int height, const Op& op) {
+// The steps of two sources, shared or not. A renewed step is a stranger to multiples of the one before, so that a loop
+// works them out in its addresses and holds no registers for them.
+struct SharedStep {
+  std::ptrdiff_t step;
+  ZVP_INLINE std::ptrdiff_t first() const { return step; }
+  ZVP_INLINE std::ptrdiff_t second() const { return step; }
+  ZVP_INLINE SharedStep renewed() const { return {opaque(step)}; }
+};
+struct TwoSteps {
+  std::ptrdiff_t step1, step2;
+  ZVP_INLINE std::ptrdiff_t first() const { return step1; }
+  ZVP_INLINE std::ptrdiff_t second() const { return step2; }
+  ZVP_INLINE TwoSteps renewed() const { return {opaque(step1), opaque(step2)}; }
+};
+
+// Blocks are done in rounds of a few rows.
+template <int W> inline constexpr int roundRows = W >= 8 ? 4 : 2;
+
+template <bool Two, int W, class Op> ZVP_INLINE void weighRound(const Operands<u8>& o, const Op& op) {
   constexpr int rows = W == 16 ? registerBytes / 16 : 2;
-  do weighRows<Two, W, rows>(o, op);
-  while ((height -= rows) != 0);
-  return true;
+  unrolled<roundRows<W> / rows>([&](auto i)
+                                    __attribute__((always_inline)) { weighRows<Two, W, rows, i * rows>(o, op); });
 }
-// False for any other width.
-template <bool Two, class Op> ZVP_INLINE bool ordinary(const Operands<u8>& o, int width, int height, const Op& op) {
-  if (width == 8) return ordinaryColumns<Two, 8>(o, height, op);
-  if (width == 4) return ordinaryColumns<Two, 4>(o, height, op);
-  if (width == 16) return ordinaryColumns<Two, 16>(o, height, op);
-  return width == 2 && ordinaryColumns<Two, 2>(o, height, op);
+// Calls round() until height rows are done: a number of them, or a constant, and then without a loop.
+template <int W> ZVP_INLINE void forEachRound(int height, auto round) {
+  do round();
+  while ((height -= roundRows<W>) != 0);
+}
+template <int W, int Height> ZVP_INLINE void forEachRound(std::integral_constant<int, Height>, auto round) {
+  unrolled<Height / roundRows<W>>([&](auto) __attribute__((always_inline)) { round(); });
+}
+
+template <int W> ZVP_INLINE void ordinaryColumns(u8* p, std::ptrdiff_t step, auto height, const Narrow& op) {
+  forEachRound<W>(
+      height, [&]() __attribute__((always_inline)) {
+        step = opaque(step);
+        weighRound<false, W>({p, step, p, step, p, step}, op);
+        p += roundRows<W> * step;
+      });
+}
+template <int W, class Steps, class Op> ZVP_INLINE void ordinaryColumns(const u8* src1, const u8* src2, u8* dst,
+                                                                        Steps srcSteps, std::ptrdiff_t dstStep,
+                                                                        auto height, const Op& op) {
+  forEachRound<W>(
+      height, [&]() __attribute__((always_inline)) {
+        srcSteps = srcSteps.renewed();
+        dstStep = opaque(dstStep);
+        weighRound<true, W>({src1, srcSteps.first(), src2, srcSteps.second(), dst, dstStep}, op);
+        src1 += roundRows<W> * srcSteps.first();
+        src2 += roundRows<W> * srcSteps.second();
+        dst += roundRows<W> * dstStep;
+      });
+}
+
+// Calls columns(width, height), the width being a constant, and the height too in the chroma of a macroblock. False,
+// and no call, for a shape that is not ordinary; 8x2 and 16x2, which no standard has, are not.
+template <class Columns> ZVP_INLINE bool atOrdinaryShape(s32 width, s32 height, Columns columns) {
+  const auto at = [&](auto w) __attribute__((always_inline)) {
+    constexpr u32 heights = w < 8 ? 0x10114 : 0x10110;
+    if (width != w || u32(height) > 16 || (heights >> height & 1) == 0) return false;
+    columns(w, height);
+    return true;
+  };
+  if (width == 8 && height == 8) {
+    columns(std::integral_constant<int, 8>(), std::integral_constant<int, 8>());
+    return true;
+  }
+  return at(std::integral_constant<int, 16>()) || at(std::integral_constant<int, 8>()) ||
+         at(std::integral_constant<int, 4>()) || at(std::integral_constant<int, 2>());
 }
 
 // Half a unit and the scale for a shift of 2 to 7, in all lanes.
 struct ShiftFactors {
-  std::array<s16, 8> half, scale;
+  alignas(16) std::array<s16, 8> half, scale;
 };
 inline constexpr auto shiftFactors = [] {
-  std::array<ShiftFactors, 8> factors{};
-  for (unsigned shift = 2; shift < 8; ++shift) {
-    factors[shift].half.fill(s16(1 << (shift - 1)));
-    factors[shift].scale.fill(s16(1 << (16 - shift)));
+  std::array<ShiftFactors, 6> factors{};
+  for (unsigned i = 0; i < 6; ++i) {
+    factors[i].half.fill(s16(2 << i));
+    factors[i].scale.fill(s16(1 << (14 - i)));
   }
   return factors;
 }();
 
-ZVP_INLINE Narrow ordinaryFactors(s32 weight1, s32 weight2, s32 offset, s32 shift) {
-  const auto& [half, scale] = shiftFactors[u32(shift)];
-  const auto odd = splat<S32<4>>(2 * offset + 1);
-  return {splat<S16<8>>(s16(weight1)), splat<S16<8>>(s16(weight2)), mulLow(packSaturateS16(odd, odd), lanes(half)),
+// rounded is twice the offset, and 1 for the half unit.
+ZVP_INLINE Narrow ordinaryFactors(s32 weight1, s32 weight2, s32 rounded, s32 shift) {
+  const auto& [half, scale] = shiftFactors[u32(shift) - 2];
+  return {splat<S16<8>>(s16(weight1)), splat<S16<8>>(s16(weight2)), mulLow(splat<S16<8>>(s16(rounded)), lanes(half)),
           lanes(scale)};
 }
 
-ZVP_INLINE bool isOrdinary(s32 weight, s32 offset, s32 shift, s32 height) {
-  return ((u32(weight) + 128) | (u32(offset) + 128)) <= 255 && u32(shift) - 2 <= 5 && isLegalLength(height);
-}
-ZVP_INLINE bool isOrdinary(s32 weight1, s32 weight2, s32 offset, s32 shift, s32 height) {
-  const u32 outside =
-      (u32(weight1) + 128) | (u32(weight2) + 128) | (u32(weight1) + u32(weight2) + 127) | (u32(offset) + 128);
-  return outside <= 255 && u32(shift) - 2 <= 5 && isLegalLength(height);
+constexpr bool isOrdinaryShift(s32 shift) { return u32(shift) - 2 <= 5; }
+// Both within -128..127.
+constexpr bool areOrdinary(s32 a, s32 b) { return ((u32(a) + 128) | (u32(b) + 128)) <= 255; }
+constexpr bool isOrdinaryOffset(s32 offset) { return areOrdinary(offset, 0); }
+constexpr bool isOrdinaryRounded(s32 rounded) { return u32(rounded) + 255 <= 510; }
+constexpr bool areOrdinaryWeights(s32 weight1, s32 weight2) {
+  return ((u32(weight1) + 128) | (u32(weight2) + 128) | (u32(weight1) + u32(weight2) + 127)) <= 255;
 }
 // Implicit weights, as the standard derives them.
-ZVP_INLINE bool isOrdinaryImplicit(s32 weight1, s32 weight2, s32 height) {
-  return wrapAdd(weight1, weight2) == 64 && u32(weight1) + 64 <= 192 && isLegalLength(height);
+constexpr bool areImplicitWeights(s32 weight1, s32 weight2) {
+  return wrapAdd(weight1, weight2) == 64 && u32(weight1) + 64 <= 192;
 }
 
 }  // namespace zvp::weight

@@ -23,10 +23,18 @@ struct Parameters {
   int32_t logWD, weight1, offset1, weight2, offset2;
 };
 
-// Of a stream; at the ends of what a stream may have; of 16 bits; anything.
+// Offsets of which the double or the sum wraps to a small number.
+const std::vector<int> wildOffsets = {INT32_MIN, INT32_MIN + 1, INT32_MAX, INT32_MAX - 1, 1 << 30, -(1 << 30), 5};
+
+// Of a stream; at the ends of what a stream may have; of a stream but for the offsets; of 16 bits; anything.
 Parameters anyParameters(Rng& rng, int offsetScale) {
   const auto offset = [&] { return rng.range(-128, 127) * offsetScale; };
-  switch (rng.range(0, 5)) {
+  switch (rng.range(0, 6)) {
+    case 6: {
+      const int32_t logWD = rng.range(1, 7), weight1 = rng.range(-64, 64), offset1 = rng.pick(wildOffsets);
+      const int32_t weight2 = rng.range(-64, 64), offset2 = rng.pick(wildOffsets);
+      return {logWD, weight1, offset1, weight2, offset2};
+    }
     case 0:
       return {rng.range(0, 7), rng.chance(2) ? 127 : -128, offset(), rng.chance(2) ? 128 : -128, offset()};
     case 1:
