@@ -58,40 +58,29 @@ ZVP_INLINE void forEach(F f) {
   callEach(f, std::make_integer_sequence<int, N>());
 }
 
-// The rows of an NxN block and the one above it, as few bases with none, one, two or three steps added. The bases are
-// strangers to each other, or the compiler would make an address of its own of each row.
+// The rows of an NxN block and the one above it, as few bases with one to four steps added, which addresses do but for
+// three. The bases are strangers to each other, or the compiler would make an address of its own of each row.
 template <int N>
 class Rows {
  public:
-  ZVP_INLINE Rows(u8* p, std::ptrdiff_t step) : above_(p - step), step_(step) {
-    if constexpr (N == 4) {
-      base_[0] = p;
-      step2_ = 2 * step;
-      step3_ = 3 * step;
-    } else {
-      step2_ = 2 * step;
-      step3_ = opaque(3 * step);
-      const std::ptrdiff_t step4 = opaque(4 * step);
-      base_[0] = p;
+  ZVP_INLINE Rows(u8* p, std::ptrdiff_t step) : step_(step), step3_(N == 4 ? 3 * step : opaque(3 * step)) {
+    base_[0] = opaque(p - step);
 #pragma GCC unroll 4
-      for (int i = 1; i < N / 4; ++i) base_[i] = opaque(base_[i - 1] + step4);
-    }
+    for (int i = 1; i < N / 4; ++i) base_[i] = opaque(base_[i - 1] + 4 * step);
   }
 
   // Row y, from -1 on; y is a constant wherever this is used.
   ZVP_INLINE u8* operator[](int y) const {
-    if (y < 0) return above_;
-    return base_[y / 4] + (y % 4 == 0 ? 0 : y % 4 == 1 ? step_ : y % 4 == 2 ? step2_ : step3_);
+    const int i = y + 1 < N ? (y + 1) / 4 : N / 4 - 1, steps = y + 1 - 4 * i;
+    return base_[i] + (steps == 3 ? step3_ : steps * step_);
   }
 
   // The same rows for another walk, so that no address is kept from the one before. Costs nothing.
   ZVP_INLINE Rows again() const {
     Rows rows;
-    rows.above_ = opaque(above_);
 #pragma GCC unroll 4
     for (int i = 0; i < N / 4; ++i) rows.base_[i] = opaque(base_[i]);
     rows.step_ = opaque(step_);
-    rows.step2_ = 2 * rows.step_;
     rows.step3_ = opaque(step3_);
     return rows;
   }
@@ -99,8 +88,8 @@ class Rows {
  private:
   Rows() = default;
 
-  u8 *above_, *base_[N / 4];
-  std::ptrdiff_t step_, step2_ = 0, step3_ = 0;
+  u8* base_[N / 4];
+  std::ptrdiff_t step_, step3_ = 0;
 };
 
 // Calls f(row, y) for Count rows from First on, y being a constant.
@@ -112,25 +101,20 @@ template <int N, class F>
 ZVP_INLINE void forEachRow(const Rows<N>& rows, F f) {
   forEachRow<0, N>(rows, f);
 }
-// The last row first. Where a step is no more than a row the sample left of a row is the last one of the row above it,
-// and is still what it was.
-template <int N, class F>
-ZVP_INLINE void forEachRowUpward(const Rows<N>& rows, F f) {
-  forEach<N>([&](auto i) { f(rows[N - 1 - i]); });
-}
-
-// The column left of the block, the topmost byte in the low one.
+// The column left of the block, the topmost byte in the low one. Who walks down it renews the rows.
 template <int N>
-ZVP_INLINE u64 loadLeft(const Rows<N>& rows) {
+ZVP_INLINE u64 loadLeft(Rows<N>& rows) {
   u64 left = 0;
   forEachRow(rows, [&](const u8* row, auto y) { left |= u64(row[-1]) << (8 * y); });
+  rows = rows.again();
   return left;
 }
 // The same bytes, the bottommost in the low one.
 template <int N>
-ZVP_INLINE u64 loadLeftUpward(const Rows<N>& rows) {
+ZVP_INLINE u64 loadLeftUpward(Rows<N>& rows) {
   u64 left = 0;
   forEachRow(rows, [&](const u8* row, auto y) { left |= u64(row[-1]) << (8 * (N - 1 - y)); });
+  rows = rows.again();
   return left;
 }
 ZVP_INLINE constexpr u64 repeated(u64 byte) { return byte * 0x0101010101010101u; }
@@ -154,14 +138,15 @@ ZVP_INLINE void storeRow(u8* p, U8<16> v) {
   else
     simd::storeBytes<N>(p, simd::shiftBytesDown<From>(v));
 }
-// A row of one byte, by a multiplication.
+// A row of one byte, by a multiplication. Eight bytes at a time stay eight: to join them takes more than to store them.
 template <int N>
-ZVP_INLINE void storeRepeated(u8* p, u32 byte) {
+ZVP_INLINE void storeRepeated(u8* p, u64 byte) {
   if constexpr (N == 4) {
-    storeAs(p, byte * 0x01010101);
+    storeAs(p, u32(byte) * 0x01010101);
   } else {
     const u64 eight = repeated(byte);
-    for (int x = 0; x < N; x += 8) storeAs(p + x, eight);
+    storeAs(p, eight);
+    if constexpr (N == 16) storeAs(p + 8, opaque(eight));
   }
 }
 // Rows of four bytes, windows of the low eight: each begins By bytes behind the one before. What is behind the last one
@@ -176,9 +161,12 @@ ZVP_INLINE simd::U64<2> storeWindows(U8<16> v, Rows... rows) {
 // The sum of the eight low bytes, and of Count bytes to the left of the block.
 ZVP_INLINE u32 sumOf(U8<16> bytes) { return low32(sumAbsDiff(bytes, simd::zero<U8<16>>())); }
 template <int First, int Count, int N>
-ZVP_INLINE u32 sumLeft(const Rows<N>& rows) {
+ZVP_INLINE u32 sumLeft(Rows<N>& rows) {
   u32 sum = 0;
-  forEachRow<First, Count>(rows, [&](const u8* row, auto) { sum += row[-1]; });
+  forEach<Count / 4>([&](auto i) {
+    forEachRow<First + 4 * i, 4>(rows, [&](const u8* row, auto) { sum = opaque(sum + row[-1]); });
+    rows = rows.again();
+  });
   return sum;
 }
 
@@ -208,21 +196,27 @@ template <int N>
 [[gnu::flatten]] zvpStatus horizontal(u8* p, std::ptrdiff_t step, u32, u32 available) {
   if ((available & intraLeft) == 0) [[unlikely]]
     return zvpStatusPredictionUnavailable;
-  const Rows<N> rows(p, step);
-  if constexpr (N == 16) {
-    // By turns two rows by one multiplication and by one each: the former take shuffles, the latter more stores.
-    forEach<N / 4>([&](auto i) {
-      constexpr int last = N - 1 - 4 * i;  // upward, as forEachRowUpward()
-      storeRepeated<N>(rows[last], rows[last][-1]);
-      storeRepeated<N>(rows[last - 1], rows[last - 1][-1]);
-      const u64 two = (rows[last - 3][-1] | u64(rows[last - 2][-1]) << 32) * 0x01010101;
+  Rows<N> rows(p, step);
+  // Four loads and four stores in turn: no row's address is worth a register. The last rows first: where a step is no
+  // more than a row, the sample left of a row is the last one of the row above it, and is still what it was.
+  forEach<N / 4>([&](auto i) {
+    constexpr int first = N - 4 - 4 * i;
+    std::conditional_t<N == 4, u32, u64> left[4];
+    forEachRow<first, 4>(rows, [&](const u8* row, auto y) { left[y % 4] = row[-1]; });
+    rows = rows.again();
+    if constexpr (N == 16) {
+      // Two rows by one multiplication and two by one each: the former take shuffles, the latter more stores.
+      const u64 two = (left[0] | u64(left[1]) << 32) * 0x01010101;
       const auto both = simd::as<simd::U32<4>>(vectorOf(two));
-      simd::store(rows[last - 2], simd::shuffle32<0x55>(both));
-      simd::store(rows[last - 3], simd::shuffle32<0>(both));
-    });
-  } else {
-    forEachRowUpward(rows, [&](u8* row) { storeRepeated<N>(row, row[-1]); });
-  }
+      simd::store(rows[first], simd::shuffle32<0>(both));
+      simd::store(rows[first + 1], simd::shuffle32<0x55>(both));
+      storeRepeated<N>(rows[first + 2], left[2]);
+      storeRepeated<N>(rows[first + 3], left[3]);
+    } else {
+      forEachRow<first, 4>(rows, [&](u8* row, auto y) { storeRepeated<N>(row, left[y % 4]); });
+    }
+    rows = rows.again();
+  });
   return zvpStatusOk;
 }
 
@@ -243,7 +237,7 @@ template <DcKernel Dc>
 template <DcKernel Dc>
 [[gnu::flatten]] zvpStatus withSides(u8* p, std::ptrdiff_t step, u32, u32 available) {
   constexpr u32 both = intraTop | intraLeft;
-  if ((~available & both) != 0) [[unlikely]]
+  if ((available & both) != both) [[unlikely]]
     return withSomeSides<Dc>(p, step, available);
   return Dc(p, step, both);
 }
@@ -266,6 +260,15 @@ struct Views {
   U8<16> first, second, third;
 };
 
+// A run of 2 N bytes from the third on; what is behind its last is anything.
+template <int N>
+ZVP_INLINE U8<16> fromThird(U8<16> run) {
+  if constexpr (N == 4)
+    return simd::shuffleLow16<0xf9>(run);
+  else
+    return simd::shiftBytesDown<2>(run);
+}
+
 // From the bottom left over the corner to the right, 2 N + 1 bytes.
 template <int N>
 ZVP_INLINE Views around(const Edge<N>& edge) {
@@ -283,7 +286,7 @@ ZVP_INLINE Views around(const Edge<N>& edge) {
 // Above and to the right, 2 N bytes.
 template <int N>
 ZVP_INLINE Views above(const Edge<N>& edge) {
-  return {edge.top, simd::shiftBytesDown<1>(edge.top), simd::shiftBytesDown<2>(edge.top)};
+  return {edge.top, simd::shiftBytesDown<1>(edge.top), fromThird<N>(edge.top)};
 }
 
 template <int N>
@@ -370,7 +373,7 @@ ZVP_INLINE void horizontalUp(const Rows<N>& rows, const Edge<N>& edge) {
   using namespace simd;
   const u64 last = N == 4 ? u32(edge.left >> 24) * 0x01010101 : repeated(edge.left >> (8 * N - 8));
   const U8<16> all = N == 4 ? vectorOf(edge.left | last << 32) : vectorOf(edge.left, last);
-  const U8<16> second = shiftBytesDown<1>(all), third = shiftBytesDown<2>(all);
+  const U8<16> second = shiftBytesDown<1>(all), third = fromThird<N>(all);
   const U8<16> side = interleaveLow(average(all, second), filtered(all, second, third));
   if constexpr (N == 4) {
     storeWindows<2>(side, rows[0], rows[1], rows[2]);
@@ -408,7 +411,7 @@ inline constexpr bool usesTopRight(u32 mode) { return mode == intraDiagonalDownL
 
 // The neighbours that the mode needs, with 128 for those that are not there. Above right the last one above repeats.
 template <u32 Mode>
-ZVP_INLINE Edge<4> edge4x4(const Rows<4>& rows, u32 available) {
+ZVP_INLINE Edge<4> edge4x4(Rows<4>& rows, u32 available) {
   constexpr u32 needs = intraNeeds4x4[Mode];
   const bool hasTop = (available & intraTop) != 0, hasLeft = (available & intraLeft) != 0;
   constexpr u32 missing = 0x80808080;
@@ -426,8 +429,8 @@ ZVP_INLINE Edge<4> edge4x4(const Rows<4>& rows, u32 available) {
   }
   if constexpr (Mode == intraHorizontalUp) edge.left = hasLeft ? loadLeft(rows) : missing;
   if constexpr ((needs & intraCorner) != 0) {
-    edge.leftUpward = hasLeft ? loadLeftUpward(rows) : missing;
     edge.corner = (available & intraCorner) != 0 ? rows[-1][-1] : 128;
+    edge.leftUpward = hasLeft ? loadLeftUpward(rows) : missing;
   }
   return edge;
 }
@@ -435,7 +438,7 @@ ZVP_INLINE Edge<4> edge4x4(const Rows<4>& rows, u32 available) {
 // What stands in for missing neighbours.
 template <u32 Mode>
 [[gnu::noinline, gnu::cold]] zvpStatus predictWithout(u8* p, std::ptrdiff_t step, u32 available) {
-  const Rows<4> rows(p, step);
+  Rows<4> rows(p, step);
   if constexpr (Mode == intraVertical || Mode == intraHorizontal)
     storeAllRows(rows, 128u);
   else
@@ -444,10 +447,10 @@ template <u32 Mode>
 }
 
 ZVP_INLINE zvpStatus dc4x4(u8* p, std::ptrdiff_t step, u32 available) {
-  const Rows<4> rows(p, step);
+  Rows<4> rows(p, step);
   const u32 top = (available & intraTop) != 0 ? sumOf(simd::loadBytes<U8<16>, 4>(rows[-1])) : 0;
   const u32 left = (available & intraLeft) != 0 ? sumLeft<0, 4>(rows) : 0;
-  storeAllRows(rows.again(), meanOf<4>(top, left, available));
+  storeAllRows(rows, meanOf<4>(top, left, available));
   return zvpStatusOk;
 }
 
@@ -460,7 +463,7 @@ template <u32 Mode>
   } else {
     if ((needs & ~available) != 0) [[unlikely]]
       return predictWithout<Mode>(p, step, available);
-    const Rows<4> rows(p, step);
+    Rows<4> rows(p, step);
     if constexpr (Mode == intraVertical)
       vertical<4>(p, step, Mode, available);
     else if constexpr (Mode == intraHorizontal)
@@ -475,7 +478,7 @@ template <u32 Mode>
 
 // The neighbours, each filtered with the two beside it. At an end of what is there the end repeats.
 template <u32 Mode>
-ZVP_INLINE Edge<8> filteredEdge(const Rows<8>& rows, u32 available) {
+ZVP_INLINE Edge<8> filteredEdge(Rows<8>& rows, u32 available) {
   using namespace simd;
   constexpr u32 needs = intraNeeds4x4[Mode], reads = Mode == intraDc ? intraTop | intraLeft : needs;
   const bool hasCorner = (available & intraCorner) != 0;
@@ -506,7 +509,7 @@ template <u32 Mode>
 [[gnu::flatten]] zvpStatus predict8x8(u8* p, std::ptrdiff_t step, u32, u32 available) {
   if ((intraNeeds4x4[Mode] & ~available) != 0) [[unlikely]]
     return zvpStatusPredictionUnavailable;
-  const Rows<8> rows(p, step);
+  Rows<8> rows(p, step);
   const Edge<8> edge = filteredEdge<Mode>(rows, available);
   if constexpr (Mode == intraDc)
     storeAllRows(rows, meanOf<8>(sumOf(edge.top), sumOf(vectorOf(edge.left)), available));
@@ -523,17 +526,17 @@ template <u32 Mode>
 
 ZVP_INLINE zvpStatus dc16x16(u8* p, std::ptrdiff_t step, u32 available) {
   using namespace simd;
-  const Rows<16> rows(p, step);
+  Rows<16> rows(p, step);
   u32 top = 0, left = 0;
   if ((available & intraTop) != 0) top = u32(reduceAdd(sumAbsDiff(load<U8<16>>(rows[-1]), zero<U8<16>>())));
   if ((available & intraLeft) != 0) left = sumLeft<0, 16>(rows);
-  storeAllRows(rows.again(), meanOf<16>(top, left, available));
+  storeAllRows(rows, meanOf<16>(top, left, available));
   return zvpStatusOk;
 }
 
 // The two quadrants of one half of a chroma block. On the diagonal both sides count, off it the one that is touched.
 template <int Half>
-ZVP_INLINE void dcChromaHalf(const Rows<8>& rows, u32 available, const u32 (&top)[2]) {
+ZVP_INLINE void dcChromaHalf(Rows<8>& rows, u32 available, const u32 (&top)[2]) {
   const bool hasTop = (available & intraTop) != 0, hasLeft = (available & intraLeft) != 0;
   const u32 left = hasLeft ? sumLeft<4 * Half, 4>(rows) : 0;
   u32 mean[2] = {128, 128};
@@ -546,10 +549,11 @@ ZVP_INLINE void dcChromaHalf(const Rows<8>& rows, u32 available, const u32 (&top
     mean[0] = mean[1] = (left + 2) >> 2;
   }
   const u64 row = (mean[0] | u64(mean[1]) << 32) * 0x01010101;
-  forEachRow<4 * Half, 4>(rows.again(), [&](u8* dst, auto) { storeAs(dst, row); });
+  forEachRow<4 * Half, 4>(rows, [&](u8* dst, auto) { storeAs(dst, row); });
+  rows = rows.again();
 }
 // The upper and the lower quadrants have neighbours of their own: those of the lower ones are told by availableBelow.
-ZVP_INLINE void dcChroma(const Rows<8>& rows, u32 available, u32 availableBelow) {
+ZVP_INLINE void dcChroma(Rows<8> rows, u32 available, u32 availableBelow) {
   using namespace simd;
   u32 top[2] = {};
   if (((available | availableBelow) & intraTop) != 0) [[likely]] {
@@ -558,7 +562,7 @@ ZVP_INLINE void dcChroma(const Rows<8>& rows, u32 available, u32 availableBelow)
     top[0] = low32(sums);
     top[1] = low32(shuffle32<0x4e>(sums));
   }
-  dcChromaHalf<1>(rows, availableBelow, top);  // upward, as forEachRowUpward()
+  dcChromaHalf<1>(rows, availableBelow, top);  // first, as the last rows in horizontal()
   dcChromaHalf<0>(rows, available, top);
 }
 ZVP_INLINE zvpStatus dcChroma8x8(u8* p, std::ptrdiff_t step, u32 available) {
