@@ -270,6 +270,8 @@ zvpStatus zvpiInterpolateLuma_H264_8u_C1R(const u8* pSrc, s32 srcStep, u8* pDst,
                                           zvpSize roiSize) {
   if (anyNull(pSrc, pDst)) return zvpStatusNullPointer;
   if (const zvpStatus status = checkLuma8u(dx, dy, roiSize); status != zvpStatusOk) return status;
+  if ((dx | dy) == 0) [[likely]]  // most blocks do not move by fractions
+    return h264_interpolate_luma_type_0_8u_px(pSrc, srcStep, pDst, dstStep, roiSize);
   return h264_interpolate_luma_type_table_8u_pxmx[dy * 4 + dx](pSrc, srcStep, pDst, dstStep, roiSize);
 }
 
@@ -277,6 +279,8 @@ zvpStatus zvpiInterpolateChroma_H264_8u_C1R(const u8* pSrc, s32 srcStep, u8* pDs
                                             zvpSize roiSize) {
   if (anyNull(pSrc, pDst)) return zvpStatusNullPointer;
   if (const zvpStatus status = checkChroma8u(dx, dy, roiSize); status != zvpStatusOk) return status;
+  if ((dx | dy) == 0) [[likely]]
+    return h264_interpolate_chroma_type_00_8u_px(pSrc, srcStep, pDst, dstStep, roiSize, {});
   return h264_interpolate_chroma_type_table_8u_pxmx[chromaKernelIndex(dx, dy)](pSrc, srcStep, pDst, dstStep, roiSize,
                                                                                {dx, dy});
 }

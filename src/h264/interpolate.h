@@ -4,6 +4,9 @@
 // the entries' size test and any height; a width of 0 or a height of 0 or less is an empty block.
 #pragma once
 
+#include <array>
+#include <bit>
+
 #include "types.h"
 
 namespace zvp {
@@ -26,7 +29,10 @@ extern const H264ChromaKernel<u8> h264_interpolate_chroma_type_table_8u_pxmx[4];
 extern const H264ChromaKernel<u16> h264_interpolate_chroma_type_table_16u_pxmx[4];
 extern const H264ChromaPairsKernel h264_interpolate_chroma_type_table_nv12touv_8u_pxmx[4];
 
-constexpr s32 chromaKernelIndex(s32 dx, s32 dy) { return 2 * (dy != 0) | (dx != 0); }
+constexpr s32 chromaKernelIndex(s32 dx, s32 dy) {
+  const auto isFraction = [](s32 eighths) { return (u32(eighths) + 7) / 8; };  // 0 to 7, without a jump or a flag
+  return s32(isFraction(dx) + 2 * isFraction(dy));
+}
 
 // The working record of a block, for the Block entries and the edge route. The fields from x0 to frameHeight serve the
 // edge route, pSrcSecond and pDstSecond a second plane, bitDepth the 16-bit kernels.
@@ -78,15 +84,20 @@ zvpStatus zvpiInterpolateBoundaryChromaBlock_H264_8u(s32 mask, H264KernelArgs<u8
 zvpStatus zvpiInterpolateBoundaryChromaBlock_H264_16u(s32 mask, H264KernelArgs<u16>* pArgs);
 zvpStatus zvpiInterpolateBoundaryChromaBlock_NV12_H264_C2P2_8u(s32 mask, H264KernelArgs<u8>* pArgs);
 
+// Whether the width or the height has one of these bits, by one test of both.
+ZVP_INLINE bool hasBits(zvpSize size, u32 ofWidth, u32 ofHeight) {
+  return (std::bit_cast<u64>(size) & std::bit_cast<u64>(std::array{ofWidth, ofHeight})) != 0;
+}
+
 // The checks that the plain entries have in common with the Top and Bottom ones. dx and dy have 2 fraction bits in
 // luma, 3 in chroma.
-inline zvpStatus checkLuma8u(s32 dx, s32 dy, zvpSize size) {
+ZVP_INLINE zvpStatus checkLuma8u(s32 dx, s32 dy, zvpSize size) {
   if (u32(dx | dy) > 3) return zvpStatusBadArgument;
-  return (size.height & 3) != 0 || (size.width & ~0x1c) != 0 ? zvpStatusBadSize : zvpStatusOk;
+  return hasBits(size, ~0x1cu, 3) ? zvpStatusBadSize : zvpStatusOk;
 }
-inline zvpStatus checkChroma8u(s32 dx, s32 dy, zvpSize size) {
+ZVP_INLINE zvpStatus checkChroma8u(s32 dx, s32 dy, zvpSize size) {
   if (u32(dx | dy) > 7) return zvpStatusBadArgument;
-  return (size.height & 1) != 0 || (size.width & ~0xe) != 0 ? zvpStatusBadSize : zvpStatusOk;
+  return hasBits(size, ~0xeu, 1) ? zvpStatusBadSize : zvpStatusOk;
 }
 inline zvpStatus checkLuma16u(const H264Interpolate16u& r) {
   if (r.srcStep < r.roiSize.width || r.roiSize.width > r.dstStep) return zvpStatusBadStep;

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 
+#include "copy_rows.h"
 #include "h264/interpolate.h"
 #include "h264/pieces.h"
 #include "simd.h"
@@ -112,14 +113,6 @@ ZVP_INLINE U8<2 * G> packRows(S16<G> first, S16<G> second) {
     const auto low = as<U64<2>>(lowHalf(packed)), high = as<U64<2>>(highHalf(packed));
     return as<U8<2 * G>>(join(interleaveLow(low, high), interleaveHigh(low, high)));
   }
-}
-
-template <int W>
-ZVP_INLINE void copy(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, int height) {
-  for (int y = 0; y < height; y += 4, src += 4 * srcStep, dst += 4 * dstStep)
-    unrolled<4>([&](auto k) __attribute__((always_inline)) {
-      storeBytes<W>(dst + k * dstStep, loadBytes<U8<16>, W>(src + k * srcStep));
-    });
 }
 
 // b, a, c.
@@ -260,12 +253,11 @@ ZVP_INLINE void filterCentreByColumns(const u8* src, std::ptrdiff_t srcStep, u8*
   }
 }
 
-// One width at one position. Kernels return zvpStatusOk so that an entry can end in the call of one.
+// One width at one position. All of these return zvpStatusOk so that an entry can end in the call of one.
 template <int W, int Dx, int Dy>
-[[gnu::noinline]] zvpStatus block(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, int height) {
-  if constexpr (Dx == 0 && Dy == 0) {
-    copy<W>(src, srcStep, dst, dstStep, height);
-  } else if constexpr (Dy == 0) {
+[[gnu::noinline]] zvpStatus filtered(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep,
+                                     int height) {
+  if constexpr (Dy == 0) {
     filterRows<W, quarter(Dx)>(src, srcStep, dst, dstStep, height);
   } else if constexpr (Dx == 0) {
     filterColumns<W, quarter(Dy)>(src, srcStep, dst, dstStep, height);
@@ -283,24 +275,32 @@ template <int W, int Dx, int Dy>
   }
   return zvpStatusOk;
 }
+template <int W, int Dx, int Dy>
+ZVP_INLINE zvpStatus columns(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, int height) {
+  if constexpr (Dx != 0 || Dy != 0) return filtered<W, Dx, Dy>(src, srcStep, dst, dstStep, height);
+  copyRows<W, 4>(src, srcStep, dst, dstStep, height);
+  return zvpStatusOk;
+}
+
+// Any other width, in pieces.
+template <int Dx, int Dy>
+[[gnu::noinline]] zvpStatus pieces(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep,
+                                   zvpSize size) {
+  forEachPiece<16, 4>(size.width, [=](auto width, int x) {
+    columns<width, Dx, Dy>(src + x, srcStep, dst + x, dstStep, size.height);
+  });
+  return zvpStatusOk;
+}
 
 // A slot of the table.
 template <int Dx, int Dy>
 zvpStatus kernel(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, zvpSize size) {
   const int height = size.height;
   if (height <= 0) return zvpStatusOk;
-  switch (size.width) {
-    case 16:
-      return block<16, Dx, Dy>(src, srcStep, dst, dstStep, height);
-    case 8:
-      return block<8, Dx, Dy>(src, srcStep, dst, dstStep, height);
-    case 4:
-      return block<4, Dx, Dy>(src, srcStep, dst, dstStep, height);
-    default:
-      forEachPiece<16, 4>(size.width,
-                          [=](auto width, int x) { block<width, Dx, Dy>(src + x, srcStep, dst + x, dstStep, height); });
-      return zvpStatusOk;
-  }
+  if (size.width == 16) return columns<16, Dx, Dy>(src, srcStep, dst, dstStep, height);
+  if (size.width == 8) return columns<8, Dx, Dy>(src, srcStep, dst, dstStep, height);
+  if (size.width == 4) return columns<4, Dx, Dy>(src, srcStep, dst, dstStep, height);
+  return pieces<Dx, Dy>(src, srcStep, dst, dstStep, size);
 }
 
 }  // namespace zvp::luma8u

@@ -2,6 +2,7 @@
 // fixed; it takes pointers and steps, checks nothing, and touches the block and no byte beyond what the case needs.
 #pragma once
 
+#include "copy_rows.h"
 #include "mc/residual.h"
 
 namespace zvp::mc {
@@ -9,10 +10,14 @@ namespace zvp::mc {
 // dst = p. W counts bytes; with interleaved chroma, two Channels, a row holds W / 2 pairs.
 template <int W, int H, HalfPel C, Rounding R = Rounding::up, int Channels = 1>
 zvpStatus copyBlock(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep) {
-  Prediction<W, C, R, Channels> p{Rows(src, srcStep)};
-  Rows out(dst, dstStep);
-  forRows<H>(
-      [&](int y) __attribute__((always_inline)) { simd::storeBytes<W>(out.row(y), p.row(y)); }, p, out);
+  if constexpr (C == HalfPel::ff && H > 8) {
+    copyRows<W, H>(src, srcStep, dst, dstStep, H);
+  } else {
+    Prediction<W, C, R, Channels> p{Rows(src, srcStep)};
+    Rows out(dst, dstStep);
+    forRows<H>(
+        [&](int y) __attribute__((always_inline)) { simd::storeBytes<W>(out.row(y), p.row(y)); }, p, out);
+  }
   return zvpStatusOk;
 }
 

@@ -30,13 +30,12 @@ template <class Record> ZVP_INLINE bool lacksPointers(const Record* record) {
   return anyNull(record) || anyNull(record->pSrc, record->pDst);
 }
 
-template <void predict(const BlockPlace&)> ZVP_INLINE zvpStatus predictBlock(const zvpInterpolationBlock* b) {
+template <zvpStatus predict(const BlockPlace&)> ZVP_INLINE zvpStatus predictBlock(const zvpInterpolationBlock* b) {
   if (lacksPointers(b)) return zvpStatusNullPointer;
-  predict({b->pSrc, b->srcStep, b->pDst, b->dstStep, b->dx, b->dy, b->roiSize, b->roundControl});
-  return zvpStatusOk;
+  return predict({b->pSrc, b->srcStep, b->pDst, b->dstStep, b->dx, b->dy, b->roiSize, b->roundControl});
 }
 
-template <int Channels, void predict(const BlockPlace&)>
+template <int Channels, zvpStatus predict(const BlockPlace&)>
 ZVP_INLINE zvpStatus predictInPlane(const zvpInterpolationICBlock* b) {
   if (lacksPointers(b)) return zvpStatusNullPointer;
   BlockPlace place = {nullptr, 0, b->pDst, b->dstStep, b->dx, b->dy, b->blockSize, b->roundControl};
@@ -48,8 +47,7 @@ ZVP_INLINE zvpStatus predictInPlane(const zvpInterpolationICBlock* b) {
     place.src = neighbourhood.copy();
     place.srcStep = neighbourhood.pitch;
   }
-  predict(place);
-  return zvpStatusOk;
+  return predict(place);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 // even columns when masked and its odd ones when shifted, so that three loads give all four taps of both.
 #pragma once
 
+#include "copy_rows.h"
 #include "simd.h"
 #include "vc1/interpolate_tables.h"
 
@@ -73,13 +74,6 @@ template <int G> ZVP_INLINE void storeTwoRows(u8* dst, std::ptrdiff_t step, S16<
 
 template <int W> inline constexpr int columnsAtOnce = W < registerBytes / 2 ? W : registerBytes / 2;
 
-template <int W, int H>
-ZVP_INLINE void copyBlock(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep) {
-  for (int y = 0; y < H; y += 4, src += 4 * srcStep, dst += 4 * dstStep)
-#pragma GCC unroll 4
-    for (int k = 0; k < 4; ++k) storeBytes<W>(dst + k * dstStep, loadBytes<U8<16>, W>(src + k * srcStep));
-}
-
 template <int W, int H, int Dy> ZVP_INLINE void bicubicVertical(const u8* src, std::ptrdiff_t srcStep, u8* dst,
                                                                 std::ptrdiff_t dstStep, s32 roundControl) {
   constexpr int G = columnsAtOnce<W>, shift = BicubicVertFilterShift_0[Dy - 1];
@@ -143,17 +137,18 @@ ZVP_INLINE void bicubicBoth(const u8* src, std::ptrdiff_t srcStep, u8* dst, std:
     }
 }
 
-// A block at one position.
+// A block at one position. Returns zvpStatusOk so that an entry can end in the call of it.
 template <int W, int H, int Dx, int Dy>
-void bicubicBlock(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, s32 roundControl) {
+zvpStatus bicubicBlock(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, s32 roundControl) {
   if constexpr (Dx == 0 && Dy == 0)
-    copyBlock<W, H>(src, srcStep, dst, dstStep);
+    copyRows<W, H>(src, srcStep, dst, dstStep, H);
   else if constexpr (Dx == 0)
     bicubicVertical<W, H, Dy>(src, srcStep, dst, dstStep, roundControl);
   else if constexpr (Dy == 0)
     bicubicHorizontal<W, H, Dx>(src, srcStep, dst, dstStep, roundControl);
   else
     bicubicBoth<W, H, Dx, Dy>(src, srcStep, dst, dstStep, roundControl);
+  return zvpStatusOk;
 }
 
 }  // namespace zvp::vc1

@@ -91,7 +91,7 @@ ZVP_INLINE void bilinear4x4(const u8* src, std::ptrdiff_t srcStep, u8* dst, std:
 
 // A kernel of the tables: W by H bytes at fractions of which at least one is odd.
 template <int W, int H, int Dx, int Dy, int Channels = 1>
-void bilinearBlock(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, s32 roundControl) {
+zvpStatus bilinearBlock(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, s32 roundControl) {
   static_assert(Dx % 2 == 1 || Dy % 2 == 1);
   if constexpr (Dy == 0)
     averageNeighbours<W, H, Dx>(src, srcStep, Channels, dst, dstStep, roundControl);
@@ -102,6 +102,7 @@ void bilinearBlock(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_
   else
     for (int x = 0; x < W; x += 8)
       bilinearColumn<H, Dx, Dy, Channels>(src + x, srcStep, dst + x, dstStep, roundControl);
+  return zvpStatusOk;
 }
 
 }  // namespace zvp::vc1

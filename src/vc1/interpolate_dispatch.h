@@ -13,19 +13,20 @@ namespace zvp::vc1 {
 
 // ---- bicubic ------------------------------------------------------------------------------------------------------
 
-using BicubicKernel = void (*)(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, s32 dx, s32 dy,
-                               s32 roundControl);
+// position is dx * 4 + dy.
+using BicubicKernel = zvpStatus (*)(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep,
+                                    s32 roundControl, u32 position);
 
-template <int W, int H> void bicubicKernel(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep,
-                                           s32 dx, s32 dy, s32 roundControl) {
-  using Position = void (*)(const u8*, std::ptrdiff_t, u8*, std::ptrdiff_t, s32);
+template <int W, int H> zvpStatus bicubicKernel(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep,
+                                                s32 roundControl, u32 position) {
+  using Position = zvpStatus (*)(const u8*, std::ptrdiff_t, u8*, std::ptrdiff_t, s32);
   static constexpr auto positions = []<int... P>(std::integer_sequence<int, P...>) {
     return std::array<Position, 16>{bicubicBlock<W, H, P / 4, P % 4>...};
   }
   (std::make_integer_sequence<int, 16>());
-  const u32 x = u32(dx) & 3, y = u32(dy) & 3;
-  if ((x | y) == 0) return copyBlock<W, H>(src, srcStep, dst, dstStep);  // most blocks do not move by fractions
-  positions[x * 4 + y](src, srcStep, dst, dstStep, roundControl);
+  if (position == 0) [[likely]]  // most blocks do not move by fractions
+    return bicubicBlock<W, H, 0, 0>(src, srcStep, dst, dstStep, roundControl);
+  return positions[position](src, srcStep, dst, dstStep, roundControl);
 }
 
 inline constexpr auto interpolate8x8QPBicubic_VC1_8u_C1R = bicubicKernel<8, 8>;
@@ -38,8 +39,8 @@ inline constexpr BicubicKernel zvpiBicubicInterpolate_table_0[3] = {
 
 // ---- bilinear -----------------------------------------------------------------------------------------------------
 
-using BilinearKernel = void (*)(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep,
-                                s32 roundControl);
+using BilinearKernel = zvpStatus (*)(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep,
+                                     s32 roundControl);
 using HalfPelKernel = zvpStatus (*)(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep);
 
 namespace detail {
@@ -100,40 +101,41 @@ struct BlockPlace {
   s32 roundControl;
 };
 
-ZVP_INLINE void predictBicubic(const BlockPlace& b) {
+ZVP_INLINE zvpStatus predictBicubic(const BlockPlace& b) {
   // No legal size leads past the table; what does is kept inside it.
   const u32 slot = std::min(u32(b.size.width >> 4) + u32(b.size.height >> 4), 2u);
-  zvpiBicubicInterpolate_table_0[slot](b.src, b.srcStep, b.dst, b.dstStep, b.dx, b.dy, b.roundControl);
+  return zvpiBicubicInterpolate_table_0[slot](b.src, b.srcStep, b.dst, b.dstStep, b.roundControl,
+                                              (u32(b.dx) & 3) * 4 + (u32(b.dy) & 3));
 }
 
 namespace detail {
-ZVP_INLINE void predictBilinear(const BlockPlace& b, const std::array<BilinearKernel, 16>& quarter,
-                                const std::array<HalfPelKernel, 8>& half) {
+ZVP_INLINE zvpStatus predictBilinear(const BlockPlace& b, const std::array<BilinearKernel, 16>& quarter,
+                                     const std::array<HalfPelKernel, 8>& half) {
   const u32 dx = u32(b.dx) & 3, dy = u32(b.dy) & 3, rounding = u32(b.roundControl) & 1;
   if (((dx | dy) & 1) == 0)
-    half[dy + 2 * dx + rounding](b.src, b.srcStep, b.dst, b.dstStep);
+    return half[dy + 2 * dx + rounding](b.src, b.srcStep, b.dst, b.dstStep);
   else
-    quarter[dx * 4 + dy](b.src, b.srcStep, b.dst, b.dstStep, b.roundControl);
+    return quarter[dx * 4 + dy](b.src, b.srcStep, b.dst, b.dstStep, b.roundControl);
 }
 }  // namespace detail
 
-ZVP_INLINE void predictBilinear(const BlockPlace& b) {
+ZVP_INLINE zvpStatus predictBilinear(const BlockPlace& b) {
   if (b.size.width == 16)
-    detail::predictBilinear(b, ownvc_zvpiInterpolate16x16QPBilinear_VC1_8u_C1R_0, ownvc_Copy16x16HP_8u_C1R_0);
+    return detail::predictBilinear(b, ownvc_zvpiInterpolate16x16QPBilinear_VC1_8u_C1R_0, ownvc_Copy16x16HP_8u_C1R_0);
   else if (b.size.width != 8)
-    detail::predictBilinear(b, ownvc_zvpiInterpolate4x4QPBilinear_VC1_8u_C1R_0, ownvc_Copy4x4HP_8u_C1R_0);
+    return detail::predictBilinear(b, ownvc_zvpiInterpolate4x4QPBilinear_VC1_8u_C1R_0, ownvc_Copy4x4HP_8u_C1R_0);
   else if (b.size.height == 8)
-    detail::predictBilinear(b, ownvc_zvpiInterpolate8x8QPBilinear_VC1_8u_C1R_0, ownvc_Copy8x8HP_8u_C1R_0);
+    return detail::predictBilinear(b, ownvc_zvpiInterpolate8x8QPBilinear_VC1_8u_C1R_0, ownvc_Copy8x8HP_8u_C1R_0);
   else
-    detail::predictBilinear(b, ownvc_zvpiInterpolate8x4QPBilinear_VC1_8u_C1R_0, ownvc_Copy8x4HP_8u_C1R_0);
+    return detail::predictBilinear(b, ownvc_zvpiInterpolate8x4QPBilinear_VC1_8u_C1R_0, ownvc_Copy8x4HP_8u_C1R_0);
 }
-ZVP_INLINE void predictBilinearPairs(const BlockPlace& b) {
+ZVP_INLINE zvpStatus predictBilinearPairs(const BlockPlace& b) {
   if (b.size.width != 8)
-    detail::predictBilinear(b, ownvc_zvpiInterpolate4x4QPBilinear_VC1_8u_C2R_0, ownvc_Copy4x4HP_8u_C2R_0);
+    return detail::predictBilinear(b, ownvc_zvpiInterpolate4x4QPBilinear_VC1_8u_C2R_0, ownvc_Copy4x4HP_8u_C2R_0);
   else if (b.size.height == 8)
-    detail::predictBilinear(b, ownvc_zvpiInterpolate8x8QPBilinear_VC1_8u_C2R_0, ownvc_Copy8x8HP_8u_C2R_0);
+    return detail::predictBilinear(b, ownvc_zvpiInterpolate8x8QPBilinear_VC1_8u_C2R_0, ownvc_Copy8x8HP_8u_C2R_0);
   else
-    detail::predictBilinear(b, ownvc_zvpiInterpolate8x4QPBilinear_VC1_8u_C2R_0, ownvc_Copy8x4HP_8u_C2R_0);
+    return detail::predictBilinear(b, ownvc_zvpiInterpolate8x4QPBilinear_VC1_8u_C2R_0, ownvc_Copy8x4HP_8u_C2R_0);
 }
 
 }  // namespace zvp::vc1
