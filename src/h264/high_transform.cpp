@@ -128,7 +128,7 @@ ZVP_INLINE T scaledDcBy(const T* level, const T* dc, std::size_t qp, const s16* 
                                           s32 dstStep, s32 QP, s32 hasAC, const s16* scaleLevels) {
   const auto qp = std::size_t(QP);
   if (hasAC != 0)
-    addInverseTransform(scaledBy(levels, dc, qp, scaleLevels), pred, predStep, dst, dstStep);
+    addInverseColumns(inverseRows(scaledBy(levels, dc, qp, scaleLevels)), pred, predStep, dst, dstStep);
   else
     addResidual(flatResidual(scaledDcBy(levels, dc, qp, scaleLevels)), pred, predStep, dst, dstStep);
   return zvpStatusOk;
@@ -200,7 +200,7 @@ zvpStatus zvpiTransformQuantInvAddPred4x4_H264_16s_C1IR(const u8* pPred, s32 pre
   if (hasAC == 0 || pScaleLevels != nullptr) [[unlikely]]
     return addByListOrDc(pPred, predStep, pSrcDst, pDC, pDst, dstStep, QP, hasAC, pScaleLevels);
   // The default list is 16 times the scales of flat matrices: the shift by 4 takes that away again, without remainder.
-  addInverseTransform(scaledBlock(loadBlock4x4(pSrcDst), pDC, std::size_t(QP)), pPred, predStep, pDst, dstStep);
+  addInverseColumns(inverseRows(scaledBlock(loadBlock4x4(pSrcDst), pDC, std::size_t(QP))), pPred, predStep, pDst, dstStep);
   return zvpStatusOk;
 }
 zvpStatus zvpiTransformQuantInvAddPred4x4_H264_32s_C1IR(const u16* pPred, s32 predStep, const s32* pSrcDst,

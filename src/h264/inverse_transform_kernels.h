@@ -5,41 +5,34 @@
 // inside a pass and what the first pass leaves. Only the sum that ends the second pass is taken in full, as x in
 // (x + 32) >> 6. For conforming data nothing wraps and the result is the standard's.
 //
-// A residual that is added to samples is clamped to -256..256 first. The clamp needs no instruction: residuals formed
-// with saturating sums lie in -512..511, agree with the full ones within -511..510, and beyond -256..256 the clipped
-// sample is 0 or 255 either way.
+// A residual that is added to samples is clamped to -256..256 first. The clamp needs no instruction: with x saturated
+// at 16 bits residuals lie in -512..511, agree with the full ones within -511..510, and beyond -256..256 the clipped
+// sample is 0 or 255 either way. Nor does the rounding: (x + 32) >> 6 plus a sample is (x + 64 * sample + 32) >> 6.
 #pragma once
 
 #include "simd.h"
 
 namespace zvp {
 
-// How the last sum of the second pass is formed. Full gives the value that the contract names; Clamped gives one that
-// is as good where a clamp to -256..256 follows, in fewer instructions.
-enum class ResidualRange { Full, Clamped };
-
-// (a + b + 32) >> 6 and (a - b + 32) >> 6.
-template <ResidualRange R, int N>
+// (a + b + 32) >> 6 and (a - b + 32) >> 6: quotients and remainders apart, since the sum takes 17 bits.
+template <int N>
 ZVP_INLINE simd::S16<N> roundedSum(simd::S16<N> a, simd::S16<N> b) {
   using namespace simd;
-  const auto half = splat<S16<N>>(32);
-  if constexpr (R == ResidualRange::Clamped) {
-    return shiftRight<6>(addSaturate(addSaturate(a, b), half));
-  } else {  // quotients and remainders apart: the sum takes 17 bits
-    const auto low = splat<S16<N>>(63);
-    return shiftRight<6>(a) + shiftRight<6>(b) + shiftRight<6>((a & low) + (b & low) + half);
-  }
+  const auto low = splat<S16<N>>(63), half = splat<S16<N>>(32);
+  return shiftRight<6>(a) + shiftRight<6>(b) + shiftRight<6>((a & low) + (b & low) + half);
 }
-template <ResidualRange R, int N>
+template <int N>
 ZVP_INLINE simd::S16<N> roundedDifference(simd::S16<N> a, simd::S16<N> b) {
   using namespace simd;
-  const auto half = splat<S16<N>>(32);
-  if constexpr (R == ResidualRange::Clamped) {
-    return shiftRight<6>(addSaturate(subSaturate(a, b), half));
-  } else {
-    const auto low = splat<S16<N>>(63);
-    return shiftRight<6>(a) - shiftRight<6>(b) + shiftRight<6>((a & low) - (b & low) + half);
-  }
+  const auto low = splat<S16<N>>(63), half = splat<S16<N>>(32);
+  return shiftRight<6>(a) - shiftRight<6>(b) + shiftRight<6>((a & low) - (b & low) + half);
+}
+
+// The low eight samples plus the residual of x. The sums of a sample and its rounding are off the way from x.
+ZVP_INLINE simd::S16<8> plusTransformed(simd::U8<16> samples, simd::S16<8> x) {
+  using namespace simd;
+  const auto sample64 = as<S16<8>>(shiftRight<2>(as<U16<8>>(interleaveLow(splat<U8<16>>(128), samples))));
+  return shiftRight<6>(addSaturate(x, sample64));
 }
 
 // ---- one 4x4 block ----------------------------------------------------------------------------------------------
@@ -95,18 +88,11 @@ ZVP_INLINE Block4x4 inverseRows(Block4x4 b) {
   return {as<S16<8>>(interleaveLow(first, last)), as<S16<8>>(interleaveHigh(first, last))};
 }
 
-// The second pass: along the columns, down to the residual.
-template <ResidualRange R>
-ZVP_INLINE Block4x4 inverseColumns(Block4x4 b) {
-  const auto t = zvp::detail::butterfly(b);
-  const auto ef = zvp::detail::evenPart(t), hg = zvp::detail::oddPart(t);
-  return {roundedSum<R>(ef, hg), simd::shuffle32<0x4e>(roundedDifference<R>(ef, hg))};
-}
-
 // The residual of a scaled block.
-template <ResidualRange R>
 ZVP_INLINE Block4x4 inverseTransform(Block4x4 b) {
-  return inverseColumns<R>(inverseRows(b));
+  const auto t = zvp::detail::butterfly(inverseRows(b));
+  const auto ef = zvp::detail::evenPart(t), hg = zvp::detail::oddPart(t);
+  return {roundedSum(ef, hg), simd::shuffle32<0x4e>(roundedDifference(ef, hg))};
 }
 
 // The sum of samples and a residual. What a transform leaves has 10 bits and needs no saturation, which fewer of the
@@ -128,19 +114,18 @@ ZVP_INLINE void addResidual(Block4x4 residual, const u8* pred, std::ptrdiff_t pr
                                   plusResidual<K>(widenHigh(samples), residual.rows23)));
 }
 
-// The same with the inverse transform of a scaled block. The last two rows stay in the order in which the pass leaves
-// them.
-ZVP_INLINE void addInverseTransform(Block4x4 block, const u8* pred, std::ptrdiff_t predStep, u8* dst,
-                                    std::ptrdiff_t dstStep) {
+// The same with the second pass of a block, along the columns. Its last two rows stay in the order in which it has them.
+ZVP_INLINE void addInverseColumns(Block4x4 block, const u8* pred, std::ptrdiff_t predStep, u8* dst,
+                                  std::ptrdiff_t dstStep) {
   using namespace simd;
-  const auto t = zvp::detail::butterfly(inverseRows(block));
+  const auto t = zvp::detail::butterfly(block);
   const auto ef = zvp::detail::evenPart(t), hg = zvp::detail::oddPart(t);
   const auto rows = [&](std::ptrdiff_t first, std::ptrdiff_t second) {
-    return widenLow(as<U8<16>>(
-        interleaveLow(loadBytes<U32<4>, 4>(pred + first * predStep), loadBytes<U32<4>, 4>(pred + second * predStep))));
+    return as<U8<16>>(
+        interleaveLow(loadBytes<U32<4>, 4>(pred + first * predStep), loadBytes<U32<4>, 4>(pred + second * predStep)));
   };
-  const auto sum = packSaturateU8(rows(0, 1) + roundedSum<ResidualRange::Clamped>(ef, hg),
-                                  rows(3, 2) + roundedDifference<ResidualRange::Clamped>(ef, hg));
+  const auto sum = packSaturateU8(plusTransformed(rows(0, 1), addSaturate(ef, hg)),
+                                  plusTransformed(rows(3, 2), subSaturate(ef, hg)));
   storeBytes<4>(dst, sum);
   storeBytes<4>(dst + dstStep, shuffle32<0x55>(sum));
   storeBytes<4>(dst + 3 * dstStep, shuffle32<0xaa>(sum));
@@ -193,26 +178,34 @@ ZVP_INLINE BlockPair4x4 inverseRows(const ColumnPair4x4& b) {
   return rowsOf({{e + h, f + g, f - g, e - h}});
 }
 
-template <ResidualRange R>
-ZVP_INLINE BlockPair4x4 inverseColumns(const BlockPair4x4& r) {
+// Two rows of eight samples in place: each with what f makes of it and of the row of values with its number.
+template <class F>
+ZVP_INLINE void updateRows(const simd::S16<8> (&values)[4], u8* srcDst, std::ptrdiff_t step, F f) {
   using namespace simd;
-  const auto e = r.row[0] + r.row[2], f = r.row[0] - r.row[2];
-  const auto g = shiftRight<1>(r.row[1]) - r.row[3], h = r.row[1] + shiftRight<1>(r.row[3]);
-  return {{roundedSum<R>(e, h), roundedSum<R>(f, g), roundedDifference<R>(f, g), roundedDifference<R>(e, h)}};
+#pragma GCC unroll 2
+  for (int y = 0; y < 4; y += 2) {
+    u8* const row = srcDst + y * step;
+    const auto first = loadBytes<U8<16>, 8>(row), second = loadBytes<U8<16>, 8>(row + step);
+    const auto sum = packSaturateU8(f(first, values[y]), f(second, values[y + 1]));
+    storeBytes<8>(row, sum);
+    storeHigh8(row + step, sum);
+  }
 }
 
 // Adds two blocks' residual in place: 8 bytes of each of 4 rows.
 template <ResidualKind K = ResidualKind::Transformed>
 ZVP_INLINE void addResidual(const BlockPair4x4& residual, u8* srcDst, std::ptrdiff_t step) {
+  updateRows(residual.row, srcDst, step, [](simd::U8<16> samples, simd::S16<8> row)
+             __attribute__((always_inline)) { return plusResidual<K>(widenLow(samples), row); });
+}
+
+// The same with the second pass, along the columns.
+ZVP_INLINE void addInverseColumns(const BlockPair4x4& r, u8* srcDst, std::ptrdiff_t step) {
   using namespace simd;
-#pragma GCC unroll 2
-  for (int y = 0; y < 4; y += 2) {
-    u8* const row = srcDst + y * step;
-    const auto sum = packSaturateU8(plusResidual<K>(loadWidened<8>(row), residual.row[y]),
-                                    plusResidual<K>(loadWidened<8>(row + step), residual.row[y + 1]));
-    storeBytes<8>(row, sum);
-    storeHigh8(row + step, sum);
-  }
+  const auto e = r.row[0] + r.row[2], f = r.row[0] - r.row[2];
+  const auto g = shiftRight<1>(r.row[1]) - r.row[3], h = r.row[1] + shiftRight<1>(r.row[3]);
+  const S16<8> sums[4] = {addSaturate(e, h), addSaturate(f, g), subSaturate(f, g), subSaturate(e, h)};
+  updateRows(sums, srcDst, step, plusTransformed);
 }
 
 // ---- 8x8 blocks -------------------------------------------------------------------------------------------------
@@ -261,22 +254,18 @@ ZVP_INLINE Block8x8 inverseRows(Block8x8 b) {
   simd::transpose(b.row);
   return b;
 }
-template <ResidualRange R>
-ZVP_INLINE Block8x8 inverseColumns(const Block8x8& b) {
+// The second pass with the addition in place: 8 bytes of each of 8 rows.
+ZVP_INLINE void addInverseColumns(const Block8x8& b, u8* srcDst, std::ptrdiff_t step) {
+  using namespace simd;
   const auto t = zvp::detail::butterfly(b);
-  Block8x8 r;
-  for (int i = 0; i < 4; ++i) {
-    r.row[i] = roundedSum<R>(t.even[i], t.odd[i]);
-    r.row[7 - i] = roundedDifference<R>(t.even[i], t.odd[i]);
-  }
-  return r;
-}
-template <ResidualRange R>
-ZVP_INLINE Block8x8 inverseTransform(const Block8x8& b) {
-  return inverseColumns<R>(inverseRows(b));
+  const auto &a = t.even, &o = t.odd;
+  const S16<8> upper[4] = {addSaturate(a[0], o[0]), addSaturate(a[1], o[1]), addSaturate(a[2], o[2]), addSaturate(a[3], o[3])};
+  const S16<8> lower[4] = {subSaturate(a[3], o[3]), subSaturate(a[2], o[2]), subSaturate(a[1], o[1]), subSaturate(a[0], o[0])};
+  updateRows(upper, srcDst, step, plusTransformed);
+  updateRows(lower, srcDst + 4 * step, step, plusTransformed);
 }
 
-// Adds in place: 8 bytes of each of 8 rows.
+// Adds a residual in place.
 template <ResidualKind K = ResidualKind::Transformed>
 ZVP_INLINE void addResidual(const Block8x8& residual, u8* srcDst, std::ptrdiff_t step) {
   for (int y = 0; y < 8; y += 4)

@@ -90,16 +90,17 @@ ZVP_INLINE void addBlock(Block4x4 b, s16* buffer, u8* srcDst, std::ptrdiff_t ste
   if constexpr (Scale::transforms) {
     b = inverseRows(b);
     storeBlock4x4(buffer, b);
-    b = inverseColumns<ResidualRange::Clamped>(b);
+    addInverseColumns(b, srcDst, step, srcDst, step);
+  } else {
+    addResidual<Scale::residual>(b, srcDst, step, srcDst, step);
   }
-  addResidual<Scale::residual>(b, srcDst, step, srcDst, step);
 }
 template <class Scale>
 ZVP_INLINE void addBlock(const Block8x8& scaledBlock, s16* buffer, u8* srcDst, std::ptrdiff_t step) {
   if constexpr (Scale::transforms) {
     const Block8x8 b = inverseRows(scaledBlock);
     storeBlock8x8(buffer, b);
-    addResidual(inverseColumns<ResidualRange::Clamped>(b), srcDst, step);
+    addInverseColumns(b, srcDst, step);
   } else {
     addResidual<Scale::residual>(scaledBlock, srcDst, step);
   }
@@ -112,7 +113,7 @@ ZVP_INLINE void addPair(const ColumnPair4x4& b, s16* buffers, u8* srcDst, std::p
     simd::storeBytes<8>(buffers + 4 * y, rows.row[y]);
     simd::storeHigh8(buffers + 16 + 4 * y, rows.row[y]);
   }
-  addResidual(inverseColumns<ResidualRange::Clamped>(rows), srcDst, step);
+  addInverseColumns(rows, srcDst, step);
 }
 // Two blocks that have a DC alone: one residual for all samples of each.
 ZVP_INLINE void addDcPair(s16 left, s16 right, u8* srcDst, std::ptrdiff_t step) {

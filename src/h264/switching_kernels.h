@@ -34,7 +34,7 @@ ZVP_INLINE void reconstructSwitchingBlock(s16* srcDst, const s16* prediction, co
     block[i] = s16(detail::requantized(c, factors[i], qs / 6 + 15, scales[positionClass]));
   }
   if (dc != nullptr) block[0] = loadAs<s16>(dc);
-  const Block4x4 residual = inverseTransform<ResidualRange::Full>(loadBlock4x4(block.data()));
+  const Block4x4 residual = inverseTransform(loadBlock4x4(block.data()));
   const auto clipped = [](simd::S16<8> v) {
     return max(min(v, simd::splat<simd::S16<8>>(255)), simd::zero<simd::S16<8>>());
   };

@@ -40,7 +40,7 @@ zvpStatus zvpiTransformResidual4x4Fwd_H264_32s_C1(const s32* pSrc, s32* pDst) {
   return transform(pSrc, pDst, [](const Wide4x4& b) { return forwardTransform(b); });
 }
 zvpStatus zvpiTransformResidual4x4Inv_H264_16s_C1(const s16* pSrc, s16* pDst) {
-  return transform(pSrc, pDst, [](Block4x4 b) { return inverseTransform<ResidualRange::Full>(b); });
+  return transform(pSrc, pDst, [](Block4x4 b) { return inverseTransform(b); });
 }
 zvpStatus zvpiTransformResidual4x4Inv_H264_32s_C1(const s32* pSrc, s32* pDst) {
   return transform(pSrc, pDst, [](const Wide4x4& b) { return inverseTransform(b); });
@@ -60,7 +60,7 @@ zvpStatus zvpiDequantTransformResidual_H264_16s_C1I(s16* pSrcDst, s32 step, cons
   const auto qp = std::size_t(QP);
   if (hasAC != 0)
     storeRowsOf4(pSrcDst, step,
-                 inverseTransform<ResidualRange::Full>(scaledBlock(loadRowsOf4(pSrcDst, step), pDC, qp)));
+                 inverseTransform(scaledBlock(loadRowsOf4(pSrcDst, step), pDC, qp)));
   else
     storeRowsOf4(pSrcDst, step, flatResidual(scaledDc(pSrcDst, pDC, qp)));
   return zvpStatusOk;
@@ -71,7 +71,7 @@ zvpStatus zvpiDequantTransformResidualAndAdd_H264_16s_C1I(const u8* pPred, const
   if (anyNull(pPred, pDst)) return zvpStatusNullPointer;
   if (hasAC != 0 && pCoef != nullptr) {
     if (!isQp(QP)) return zvpStatusOutOfRange;
-    addInverseTransform(scaledBlock(loadBlock4x4(pCoef), pDC, std::size_t(QP)), pPred, predStep, pDst, dstStep);
+    addInverseColumns(inverseRows(scaledBlock(loadBlock4x4(pCoef), pDC, std::size_t(QP))), pPred, predStep, pDst, dstStep);
     return zvpStatusOk;
   }
   if (pDC == nullptr && pCoef == nullptr) return zvpStatusNullPointer;
