@@ -511,6 +511,10 @@ template <int Lane> ZVP_INLINE S16<8> withLane(S16<8> a, s16 value) {
   a.lane[Lane] = value;
   return a;
 }
+template <class T, int N> ZVP_INLINE Vec<T, N> withLow32(Vec<T, N> a, Vec<T, N> b) {
+  std::memcpy(&a, &b, 4);
+  return a;
+}
 template <class T, int N> ZVP_INLINE u32 low32(Vec<T, N> a) { return as<U32<int(sizeof a / 4)>>(a).lane[0]; }
 template <class T, int N> ZVP_INLINE u64 low64(Vec<T, N> a) { return as<U64<int(sizeof a / 8)>>(a).lane[0]; }
 #else
@@ -606,6 +610,10 @@ template <class T, int N> ZVP_INLINE u32 signBits(Vec<T, N> a) {
 }
 // The 16-bit lanes with one of them replaced.
 template <int Lane> ZVP_INLINE S16<8> withLane(S16<8> a, s16 value) { return {_mm_insert_epi16(a.v, value, Lane)}; }
+// The lowest 32 bits of b under the rest of a.
+template <class T, int N> ZVP_INLINE Vec<T, N> withLow32(Vec<T, N> a, Vec<T, N> b) {
+  return {_mm_castps_si128(_mm_move_ss(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v)))};
+}
 // The lowest 32 or 64 bits.
 template <class T, int N> ZVP_INLINE u32 low32(Vec<T, N> a) {
 #if defined(__AVX2__)

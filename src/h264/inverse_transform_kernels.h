@@ -163,9 +163,7 @@ ZVP_INLINE BlockPair4x4 rowsOf(const ColumnPair4x4& columns) {
 }
 // Element 0 of both replaced, by the two at dc.
 ZVP_INLINE ColumnPair4x4 withDc(ColumnPair4x4 b, const void* dc) {
-  using namespace simd;
-  constexpr std::array<s16, 8> rest = {0, 0, -1, -1, -1, -1, -1, -1};
-  b.column[0] = (b.column[0] & lanes(rest)) | loadBytes<S16<8>, 4>(dc);
+  b.column[0] = withLow32(b.column[0], simd::loadBytes<simd::S16<8>, 4>(dc));
   return b;
 }
 
@@ -184,11 +182,11 @@ ZVP_INLINE void updateRows(const simd::S16<8> (&values)[4], u8* srcDst, std::ptr
   using namespace simd;
 #pragma GCC unroll 2
   for (int y = 0; y < 4; y += 2) {
-    u8* const row = srcDst + y * step;
-    const auto first = loadBytes<U8<16>, 8>(row), second = loadBytes<U8<16>, 8>(row + step);
-    const auto sum = packSaturateU8(f(first, values[y]), f(second, values[y + 1]));
-    storeBytes<8>(row, sum);
-    storeHigh8(row + step, sum);
+    u8 *const first = srcDst + y * step, *const second = srcDst + (y + 1) * step;
+    const auto sum = packSaturateU8(f(loadBytes<U8<16>, 8>(first), values[y]),
+                                    f(loadBytes<U8<16>, 8>(second), values[y + 1]));
+    storeBytes<8>(first, sum);
+    storeHigh8(second, sum);
   }
 }
 

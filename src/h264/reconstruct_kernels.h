@@ -105,15 +105,31 @@ ZVP_INLINE void addBlock(const Block8x8& scaledBlock, s16* buffer, u8* srcDst, s
     addResidual<Scale::residual>(scaledBlock, srcDst, step);
   }
 }
-// Two blocks side by side, whose buffers follow one another.
-ZVP_INLINE void addPair(const ColumnPair4x4& b, s16* buffers, u8* srcDst, std::ptrdiff_t step) {
+// The first pass of two blocks side by side. Their buffers, which follow one another, receive what it leaves.
+ZVP_INLINE BlockPair4x4 firstPass(const ColumnPair4x4& b, s16* buffers) {
   const BlockPair4x4 rows = inverseRows(b);
 #pragma GCC unroll 4
   for (int y = 0; y < 4; ++y) {
     simd::storeBytes<8>(buffers + 4 * y, rows.row[y]);
     simd::storeHigh8(buffers + 16 + 4 * y, rows.row[y]);
   }
-  addInverseColumns(rows, srcDst, step);
+  return rows;
+}
+ZVP_INLINE void addPair(const ColumnPair4x4& b, s16* buffers, u8* srcDst, std::ptrdiff_t step) {
+  addInverseColumns(firstPass(b, buffers), srcDst, step);
+}
+// Pairs whose buffers follow one another: pair i is columns(i) for place(i). Each pair's loads and products start
+// before the last pass of the one before, so that the processor need not wait for them.
+template <class Columns, class Place>
+ZVP_INLINE void addPairs(int count, Columns columns, Place place, s16* buffers, std::ptrdiff_t step) {
+  ColumnPair4x4 next = columns(0);
+#pragma GCC unroll 8
+  for (int i = 1; i < count; ++i, buffers += 32) {
+    const BlockPair4x4 rows = firstPass(next, buffers);
+    next = columns(i);
+    addInverseColumns(rows, place(i - 1), step);
+  }
+  addPair(next, buffers, place(count - 1), step);
 }
 // Two blocks that have a DC alone: one residual for all samples of each.
 ZVP_INLINE void addDcPair(s16 left, s16 right, u8* srcDst, std::ptrdiff_t step) {
@@ -122,6 +138,12 @@ ZVP_INLINE void addDcPair(s16 left, s16 right, u8* srcDst, std::ptrdiff_t step) 
   const auto row =
       as<S16<8>>(interleaveLow(fromLow64<U64<2>>(repeatedResidual(left)), fromLow64<U64<2>>(repeatedResidual(right))));
   addResidual(BlockPair4x4{{row, row, row, row}}, srcDst, step);
+}
+
+// Levels of two blocks, scaled.
+template <class Scale>
+ZVP_INLINE ColumnPair4x4 scaledPair(const Scale& scale, const s16* levels) {
+  return columnsOf(scale.block(loadBlock4x4(levels)), scale.block(loadBlock4x4(levels + 16)));
 }
 
 // The next 16 levels of the cursor.
@@ -183,13 +205,23 @@ ZVP_INLINE u8* moved(u8* p, BlockStep by, std::ptrdiff_t step) { return p + std:
 // Bits of cbp.
 inline constexpr u32 cbpLumaDc = 1, cbpLuma4x4 = 0x1fffe, cbpLuma8x8 = 0xf;
 inline constexpr u32 cbpU = 0x7a0000, cbpV = 0x7840000, cbpChroma = cbpU | cbpV;
+inline constexpr u32 cbpChromaAc = 0x7f80000;
 
 // Adds the coded 4x4 blocks to the prediction in place, by quarters of the macroblock.
 template <class Scale>
 ZVP_INLINE s16* addLuma4x4(const Scale& scale, s16* cursor, u8* srcDst, std::ptrdiff_t step, u32 cbp) {
-  for (std::size_t i = 0; i < 4; ++i) {
-    addCoded(scale, cbp >> (4 * i + 1), cursor, srcDst, step);
-    addCoded(scale, cbp >> (4 * i + 3), cursor, srcDst + 4 * step, step);
+  if (Scale::transforms && (cbp & cbpLuma4x4) == cbpLuma4x4) {
+    addPairs(
+        8, [&](int i) __attribute__((always_inline)) { return scaledPair(scale, cursor + 32 * i); },
+        [&](int i) __attribute__((always_inline)) { return srcDst + (i & 2) * 4 + ((i & 1) + (i >> 2) * 2) * 4 * step; },
+        cursor, step);
+    return cursor + 256;
+  }
+  cbp >>= 1;
+#pragma GCC unroll 4
+  for (std::size_t i = 0; i < 4; ++i, cbp >>= 4) {
+    addCoded(scale, cbp, cursor, srcDst, step);
+    addCoded(scale, cbp >> 2, cursor, srcDst + 4 * step, step);
     srcDst = moved(srcDst, xyoff8[i], step);
   }
   return cursor;
@@ -322,6 +354,15 @@ ZVP_INLINE s16* addChroma(const Scale (&scales)[2], s16* cursor, u8* u, u8* v, s
         transformChromaDc<Scale>(scales[plane], block);
         dc[plane] = reinterpret_cast<const u8*>(block);
       }
+  }
+  if (Scale::transforms && (cbp & cbpChromaAc) == cbpChromaAc) {
+    addPairs(
+        4,
+        [&](int i) __attribute__((always_inline)) {
+          return withDc(scaledPair(scales[i >> 1], cursor + 32 * i), dc[i >> 1] + 4 * (i & 1));
+        },
+        [&](int i) __attribute__((always_inline)) { return ((i & 2) == 0 ? u : v) + (i & 1) * 4 * step; }, cursor, step);
+    return cursor + 128;
   }
 #pragma GCC unroll 2
   for (std::size_t plane = 0; plane < 2; ++plane) {
