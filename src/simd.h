@@ -511,7 +511,7 @@ template <int Lane> ZVP_INLINE S16<8> withLane(S16<8> a, s16 value) {
   a.lane[Lane] = value;
   return a;
 }
-template <class T, int N> ZVP_INLINE Vec<T, N> withLow32(Vec<T, N> a, Vec<T, N> b) {
+ZVP_INLINE S16<8> withLow32(S16<8> a, S16<8> b) {
   std::memcpy(&a, &b, 4);
   return a;
 }
@@ -610,8 +610,8 @@ template <class T, int N> ZVP_INLINE u32 signBits(Vec<T, N> a) {
 }
 // The 16-bit lanes with one of them replaced.
 template <int Lane> ZVP_INLINE S16<8> withLane(S16<8> a, s16 value) { return {_mm_insert_epi16(a.v, value, Lane)}; }
-// The lowest 32 bits of b under the rest of a.
-template <class T, int N> ZVP_INLINE Vec<T, N> withLow32(Vec<T, N> a, Vec<T, N> b) {
+// The same with the lowest 32 bits replaced by those of b.
+ZVP_INLINE S16<8> withLow32(S16<8> a, S16<8> b) {
   return {_mm_castps_si128(_mm_move_ss(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v)))};
 }
 // The lowest 32 or 64 bits.

@@ -200,7 +200,7 @@ zvpStatus zvpiTransformQuantInvAddPred4x4_H264_16s_C1IR(const u8* pPred, s32 pre
   if (hasAC == 0 || pScaleLevels != nullptr) [[unlikely]]
     return addByListOrDc(pPred, predStep, pSrcDst, pDC, pDst, dstStep, QP, hasAC, pScaleLevels);
   // The default list is 16 times the scales of flat matrices: the shift by 4 takes that away again, without remainder.
-  addInverseColumns(inverseRows(scaledBlock(loadBlock4x4(pSrcDst), pDC, std::size_t(QP))), pPred, predStep, pDst, dstStep);
+  addInverseColumns(inverseRowsOfLevels(loadBlock4x4(pSrcDst), pDC, std::size_t(QP)), pPred, predStep, pDst, dstStep);
   return zvpStatusOk;
 }
 zvpStatus zvpiTransformQuantInvAddPred4x4_H264_32s_C1IR(const u16* pPred, s32 predStep, const s32* pSrcDst,

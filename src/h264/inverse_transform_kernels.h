@@ -28,7 +28,7 @@ ZVP_INLINE simd::S16<N> roundedDifference(simd::S16<N> a, simd::S16<N> b) {
   return shiftRight<6>(a) - shiftRight<6>(b) + shiftRight<6>((a & low) - (b & low) + half);
 }
 
-// The low eight samples plus the residual of x. The sums of a sample and its rounding are off the way from x.
+// The low eight samples plus (x + 32) >> 6.
 ZVP_INLINE simd::S16<8> plusTransformed(simd::U8<16> samples, simd::S16<8> x) {
   using namespace simd;
   const auto sample64 = as<S16<8>>(shiftRight<2>(as<U16<8>>(interleaveLow(splat<U8<16>>(128), samples))));
@@ -48,6 +48,10 @@ ZVP_INLINE Block4x4 loadBlock4x4(const s16* p) {
 ZVP_INLINE void storeBlock4x4(s16* p, Block4x4 b) {
   simd::store(p, b.rows01);
   simd::store(p + 8, b.rows23);
+}
+ZVP_INLINE Block4x4 transposed(Block4x4 b) {
+  simd::transpose4x4(b.rows01, b.rows23);
+  return b;
 }
 // Each element by its scale, modulo 2^16.
 ZVP_INLINE Block4x4 scaled(Block4x4 b, Block4x4 scale) {
@@ -77,23 +81,26 @@ ZVP_INLINE simd::S16<8> oddPart(const Butterfly4x4& t) {
 
 }  // namespace detail
 
-// The first pass: along the rows.
-ZVP_INLINE Block4x4 inverseRows(Block4x4 b) {
+// The first pass, along the rows, of a block that is transposed already.
+ZVP_INLINE Block4x4 inverseRowsOfTransposed(Block4x4 b) {
   using namespace simd;
-  transpose4x4(b.rows01, b.rows23);
   const auto t = zvp::detail::butterfly(b);
   // Elements 0 and 1 of each row in turn, then elements 2 and 3.
   const auto first = as<S32<4>>(interleaveLow(t.e, t.f) + interleaveHigh(t.h, t.g));
   const auto last = as<S32<4>>(interleaveLow(t.f, t.e) - interleaveHigh(t.g, t.h));
   return {as<S16<8>>(interleaveLow(first, last)), as<S16<8>>(interleaveHigh(first, last))};
 }
+ZVP_INLINE Block4x4 inverseRows(Block4x4 b) { return inverseRowsOfTransposed(transposed(b)); }
 
-// The residual of a scaled block.
-ZVP_INLINE Block4x4 inverseTransform(Block4x4 b) {
-  const auto t = zvp::detail::butterfly(inverseRows(b));
+// The second pass, along the columns, down to the residual.
+ZVP_INLINE Block4x4 inverseColumns(Block4x4 b) {
+  const auto t = zvp::detail::butterfly(b);
   const auto ef = zvp::detail::evenPart(t), hg = zvp::detail::oddPart(t);
   return {roundedSum(ef, hg), simd::shuffle32<0x4e>(roundedDifference(ef, hg))};
 }
+
+// The residual of a scaled block.
+ZVP_INLINE Block4x4 inverseTransform(Block4x4 b) { return inverseColumns(inverseRows(b)); }
 
 // The sum of samples and a residual. What a transform leaves has 10 bits and needs no saturation, which fewer of the
 // processor's ports can do; a residual that is coded as it is may be anything.
@@ -114,7 +121,7 @@ ZVP_INLINE void addResidual(Block4x4 residual, const u8* pred, std::ptrdiff_t pr
                                   plusResidual<K>(widenHigh(samples), residual.rows23)));
 }
 
-// The same with the second pass of a block, along the columns. Its last two rows stay in the order in which it has them.
+// The same with the second pass, along the columns. The last two rows stay in the order in which the pass has them.
 ZVP_INLINE void addInverseColumns(Block4x4 block, const u8* pred, std::ptrdiff_t predStep, u8* dst,
                                   std::ptrdiff_t dstStep) {
   using namespace simd;
@@ -176,7 +183,7 @@ ZVP_INLINE BlockPair4x4 inverseRows(const ColumnPair4x4& b) {
   return rowsOf({{e + h, f + g, f - g, e - h}});
 }
 
-// Two rows of eight samples in place: each with what f makes of it and of the row of values with its number.
+// Four rows of eight samples in place: each becomes what f makes of it and of its row of values.
 template <class F>
 ZVP_INLINE void updateRows(const simd::S16<8> (&values)[4], u8* srcDst, std::ptrdiff_t step, F f) {
   using namespace simd;
@@ -256,9 +263,11 @@ ZVP_INLINE Block8x8 inverseRows(Block8x8 b) {
 ZVP_INLINE void addInverseColumns(const Block8x8& b, u8* srcDst, std::ptrdiff_t step) {
   using namespace simd;
   const auto t = zvp::detail::butterfly(b);
-  const auto &a = t.even, &o = t.odd;
-  const S16<8> upper[4] = {addSaturate(a[0], o[0]), addSaturate(a[1], o[1]), addSaturate(a[2], o[2]), addSaturate(a[3], o[3])};
-  const S16<8> lower[4] = {subSaturate(a[3], o[3]), subSaturate(a[2], o[2]), subSaturate(a[1], o[1]), subSaturate(a[0], o[0])};
+  S16<8> upper[4], lower[4];
+  for (int i = 0; i < 4; ++i) {
+    upper[i] = addSaturate(t.even[i], t.odd[i]);
+    lower[3 - i] = subSaturate(t.even[i], t.odd[i]);
+  }
   updateRows(upper, srcDst, step, plusTransformed);
   updateRows(lower, srcDst + 4 * step, step, plusTransformed);
 }

@@ -118,8 +118,8 @@ ZVP_INLINE BlockPair4x4 firstPass(const ColumnPair4x4& b, s16* buffers) {
 ZVP_INLINE void addPair(const ColumnPair4x4& b, s16* buffers, u8* srcDst, std::ptrdiff_t step) {
   addInverseColumns(firstPass(b, buffers), srcDst, step);
 }
-// Pairs whose buffers follow one another: pair i is columns(i) for place(i). Each pair's loads and products start
-// before the last pass of the one before, so that the processor need not wait for them.
+// count pairs whose buffers follow one another: columns(i) are added at place(i). The loads and products of each start
+// before the second pass of the one before, so that nothing waits for them.
 template <class Columns, class Place>
 ZVP_INLINE void addPairs(int count, Columns columns, Place place, s16* buffers, std::ptrdiff_t step) {
   ColumnPair4x4 next = columns(0);
@@ -204,17 +204,17 @@ ZVP_INLINE u8* moved(u8* p, BlockStep by, std::ptrdiff_t step) { return p + std:
 
 // Bits of cbp.
 inline constexpr u32 cbpLumaDc = 1, cbpLuma4x4 = 0x1fffe, cbpLuma8x8 = 0xf;
-inline constexpr u32 cbpU = 0x7a0000, cbpV = 0x7840000, cbpChroma = cbpU | cbpV;
-inline constexpr u32 cbpChromaAc = 0x7f80000;
+inline constexpr u32 cbpU = 0x7a0000, cbpV = 0x7840000, cbpChroma = cbpU | cbpV, cbpChromaAc = 0x7f80000;
 
 // Adds the coded 4x4 blocks to the prediction in place, by quarters of the macroblock.
 template <class Scale>
 ZVP_INLINE s16* addLuma4x4(const Scale& scale, s16* cursor, u8* srcDst, std::ptrdiff_t step, u32 cbp) {
   if (Scale::transforms && (cbp & cbpLuma4x4) == cbpLuma4x4) {
-    addPairs(
-        8, [&](int i) __attribute__((always_inline)) { return scaledPair(scale, cursor + 32 * i); },
-        [&](int i) __attribute__((always_inline)) { return srcDst + (i & 2) * 4 + ((i & 1) + (i >> 2) * 2) * 4 * step; },
-        cursor, step);
+    const auto columns = [&](int i) __attribute__((always_inline)) { return scaledPair(scale, cursor + 32 * i); };
+    const auto place = [&](int i) __attribute__((always_inline)) {
+      return srcDst + 4 * (i & 2) + (4 * (i & 1) + 2 * (i & 4)) * step;
+    };
+    addPairs(8, columns, place, cursor, step);
     return cursor + 256;
   }
   cbp >>= 1;
@@ -356,12 +356,11 @@ ZVP_INLINE s16* addChroma(const Scale (&scales)[2], s16* cursor, u8* u, u8* v, s
       }
   }
   if (Scale::transforms && (cbp & cbpChromaAc) == cbpChromaAc) {
-    addPairs(
-        4,
-        [&](int i) __attribute__((always_inline)) {
-          return withDc(scaledPair(scales[i >> 1], cursor + 32 * i), dc[i >> 1] + 4 * (i & 1));
-        },
-        [&](int i) __attribute__((always_inline)) { return ((i & 2) == 0 ? u : v) + (i & 1) * 4 * step; }, cursor, step);
+    const auto columns = [&](int i) __attribute__((always_inline)) {
+      return withDc(scaledPair(scales[i / 2], cursor + 32 * i), dc[i / 2] + 4 * (i % 2));
+    };
+    const auto place = [&](int i) __attribute__((always_inline)) { return (i < 2 ? u : v) + 4 * (i % 2) * step; };
+    addPairs(4, columns, place, cursor, step);
     return cursor + 128;
   }
 #pragma GCC unroll 2

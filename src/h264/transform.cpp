@@ -59,8 +59,7 @@ zvpStatus zvpiDequantTransformResidual_H264_16s_C1I(s16* pSrcDst, s32 step, cons
   if (step < 8) return zvpStatusBadStep;
   const auto qp = std::size_t(QP);
   if (hasAC != 0)
-    storeRowsOf4(pSrcDst, step,
-                 inverseTransform(scaledBlock(loadRowsOf4(pSrcDst, step), pDC, qp)));
+    storeRowsOf4(pSrcDst, step, inverseColumns(inverseRowsOfLevels(loadRowsOf4(pSrcDst, step), pDC, qp)));
   else
     storeRowsOf4(pSrcDst, step, flatResidual(scaledDc(pSrcDst, pDC, qp)));
   return zvpStatusOk;
@@ -71,7 +70,7 @@ zvpStatus zvpiDequantTransformResidualAndAdd_H264_16s_C1I(const u8* pPred, const
   if (anyNull(pPred, pDst)) return zvpStatusNullPointer;
   if (hasAC != 0 && pCoef != nullptr) {
     if (!isQp(QP)) return zvpStatusOutOfRange;
-    addInverseColumns(inverseRows(scaledBlock(loadBlock4x4(pCoef), pDC, std::size_t(QP))), pPred, predStep, pDst, dstStep);
+    addInverseColumns(inverseRowsOfLevels(loadBlock4x4(pCoef), pDC, std::size_t(QP)), pPred, predStep, pDst, dstStep);
     return zvpStatusOk;
   }
   if (pDC == nullptr && pCoef == nullptr) return zvpStatusNullPointer;

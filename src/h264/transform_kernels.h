@@ -38,10 +38,6 @@ ZVP_INLINE Wide4x4 loadElements(const s32* p) { return loadWide4x4(p); }
 ZVP_INLINE void storeElements(s16* p, Block4x4 b) { storeBlock4x4(p, b); }
 ZVP_INLINE void storeElements(s32* p, const Wide4x4& b) { storeWide4x4(p, b); }
 
-ZVP_INLINE Block4x4 transposed(Block4x4 b) {
-  simd::transpose4x4(b.rows01, b.rows23);
-  return b;
-}
 ZVP_INLINE Wide4x4 transposed(Wide4x4 b) {
   simd::transpose(b.row);
   return b;
@@ -258,13 +254,14 @@ ZVP_INLINE Wide4x4 withDc(Wide4x4 b, s32 dc) {
 ZVP_INLINE simd::S16<8> flatScales(std::size_t qp) {
   return simd::load<simd::S16<8>>(InvQuantTable_w7[qp].data() + 8);  // where element 0 is not the one that stays 1
 }
-// By these: all coefficients, element 0 as it comes from elsewhere if it does.
-ZVP_INLINE Block4x4 scaledBlock(Block4x4 levels, const s16* dc, std::size_t qp) {
+// The first pass of a block with these scales; element 0 as it comes from elsewhere if it does. The scales are
+// symmetric: a block is transposed before it is scaled, while they are on their way.
+ZVP_INLINE Block4x4 inverseRowsOfLevels(Block4x4 levels, const s16* dc, std::size_t qp) {
   const auto scales = flatScales(qp);
-  Block4x4 block = scaled(levels, {scales, scales});
+  Block4x4 block = scaled(transposed(levels), {scales, scales});
   if (dc != nullptr) [[unlikely]]
     block = withDc(block, loadAs<s16>(dc));
-  return block;
+  return inverseRowsOfTransposed(block);
 }
 ZVP_INLINE s16 scaledDc(const s16* level, const s16* dc, std::size_t qp) {
   return dc != nullptr ? loadAs<s16>(dc) : s16(loadAs<s16>(level) * InvQuantTable[qp][0]);

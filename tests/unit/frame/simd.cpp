@@ -416,6 +416,12 @@ template <class V> struct WholeRegister {
       ASSERT_EQ(low32(v), word);
       ASSERT_EQ(low64(v), doubleword);
       ASSERT_EQ(array(load<V>(bytes.data())), array(v));
+      if constexpr (sizeof(V) == 16) {
+        auto mixed = bytes;
+        for (std::size_t i = 0; i < 4; ++i) mixed[i] = u8(~bytes[i]);
+        const auto a = as<S16<8>>(v), inverted = a ^ splat<S16<8>>(-1);
+        ASSERT_EQ(array(as<U8<16>>(withLow32(a, inverted))), mixed);
+      }
     }
     EXPECT_TRUE(noneSet(zero<V>()));
     EXPECT_FALSE(allSet(zero<V>()));
