@@ -135,8 +135,8 @@ ZVP_INLINE void addInverseColumns(Block4x4 block, const u8* pred, std::ptrdiff_t
                                   plusTransformed(rows(3, 2), subSaturate(ef, hg)));
   storeBytes<4>(dst, sum);
   storeBytes<4>(dst + dstStep, shuffle32<0x55>(sum));
-  storeBytes<4>(dst + 3 * dstStep, shuffle32<0xaa>(sum));
   storeBytes<4>(dst + 2 * dstStep, shuffle32<0xff>(sum));
+  storeBytes<4>(dst + 3 * dstStep, shuffle32<0xaa>(sum));
 }
 
 // ---- two 4x4 blocks side by side --------------------------------------------------------------------------------
