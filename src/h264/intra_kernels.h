@@ -621,10 +621,10 @@ template <int N>
                                           5 - half, 6 - half, 7 - half, 8 - half};
   const auto down1 = splat<S16<8>>(s16(c));
   auto left = splat<S16<8>>(s16(16 * (corners + 1) - (half - 1) * c)) + mulLow(slope, lanes(columns));
-  const Rows<N> rows(p, step);
+  const Rows<N> rows(p + step, step);  // of which the block's first row is number -1, at an address that is there
   if constexpr (N == 16) {
     auto right = left + shiftLeft<3>(slope);
-    forEachRow(rows, [&](u8* row, auto) {
+    forEachRow<-1, N>(rows, [&](u8* row, auto) {
       store(row, packSaturateU8(shiftRight<5>(left), shiftRight<5>(right)));
       left = left + down1;
       right = right + down1;
@@ -634,8 +634,8 @@ template <int N>
     const auto down2 = down1 + down1;
     forEach<N / 2>([&](auto i) {
       const auto two = packSaturateU8(shiftRight<5>(left), shiftRight<5>(under));
-      storeBytes<8>(rows[2 * i], two);
-      storeHigh8(rows[2 * i + 1], two);
+      storeBytes<8>(rows[2 * i - 1], two);
+      storeHigh8(rows[2 * i], two);
       left = left + down2;
       under = under + down2;
     });
