@@ -24,4 +24,13 @@ ZVP_INLINE void copyRows(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::pt
   } while ((height -= Round) != 0);
 }
 
+// The same without a loop where the block is as high as it is wide, as most are.
+template <int W, int Round>
+ZVP_INLINE void copyBlockRows(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, int height) {
+  if (height == W)
+    copyRows<W, W>(src, srcStep, dst, dstStep, W);
+  else
+    copyRows<W, Round>(src, srcStep, dst, dstStep, height);
+}
+
 }  // namespace zvp

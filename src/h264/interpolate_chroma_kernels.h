@@ -189,7 +189,7 @@ template <int W, bool X, bool Y>
 ZVP_INLINE zvpStatus columns(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, int height,
                              zvpPoint fraction) {
   if constexpr (X || Y) return filtered<W, X, Y>(src, srcStep, dst, dstStep, height, fraction);
-  copyRows<W, 2>(src, srcStep, dst, dstStep, height);
+  copyBlockRows<W, 2>(src, srcStep, dst, dstStep, height);
   return zvpStatusOk;
 }
 template <bool X, bool Y>

@@ -278,7 +278,7 @@ template <int W, int Dx, int Dy>
 template <int W, int Dx, int Dy>
 ZVP_INLINE zvpStatus columns(const u8* src, std::ptrdiff_t srcStep, u8* dst, std::ptrdiff_t dstStep, int height) {
   if constexpr (Dx != 0 || Dy != 0) return filtered<W, Dx, Dy>(src, srcStep, dst, dstStep, height);
-  copyRows<W, 4>(src, srcStep, dst, dstStep, height);
+  copyBlockRows<W, 4>(src, srcStep, dst, dstStep, height);
   return zvpStatusOk;
 }
 
