@@ -292,8 +292,11 @@ ZVP_INLINE Views above(const Edge<N>& edge) {
 template <int N>
 ZVP_INLINE void diagonalDownLeft(const Rows<N>& rows, const Edge<N>& edge) {
   // The only mode that comes to the last sample: behind it that stands again.
-  std::array<u8, 16> mask{};
-  mask[2 * N - 1] = 255;
+  constexpr auto mask = [] {
+    std::array<u8, 16> last{};
+    last[2 * N - 1] = 255;
+    return last;
+  }();
   const U8<16> second = simd::shiftBytesDown<1>(edge.top) | (edge.top & simd::lanes(mask));
   const U8<16> f = filtered(edge.top, second, simd::shiftBytesDown<1>(second));
   if constexpr (N == 4)

@@ -32,13 +32,15 @@ template <class Record> ZVP_INLINE bool lacksPointers(const Record* record) {
 
 template <zvpStatus predict(const BlockPlace&)> ZVP_INLINE zvpStatus predictBlock(const zvpInterpolationBlock* b) {
   if (lacksPointers(b)) return zvpStatusNullPointer;
-  return predict({b->pSrc, b->srcStep, b->pDst, b->dstStep, b->dx, b->dy, b->roiSize, b->roundControl});
+  const auto& [width, height] = b->roiSize;
+  return predict({b->pSrc, b->srcStep, b->pDst, b->dstStep, b->dx, b->dy, width, height, b->roundControl});
 }
 
 template <int Channels, zvpStatus predict(const BlockPlace&)>
 ZVP_INLINE zvpStatus predictInPlane(const zvpInterpolationICBlock* b) {
   if (lacksPointers(b)) return zvpStatusNullPointer;
-  BlockPlace place = {nullptr, 0, b->pDst, b->dstStep, b->dx, b->dy, b->blockSize, b->roundControl};
+  const auto& [width, height] = b->blockSize;
+  BlockPlace place = {nullptr, 0, b->pDst, b->dstStep, b->dx, b->dy, width, height, b->roundControl};
   Neighbourhood<Channels> neighbourhood(*b);
   if (neighbourhood.liesInPlane()) {
     place.src = neighbourhood.blockInPlane();

@@ -97,13 +97,13 @@ struct BlockPlace {
   u8* dst;
   std::ptrdiff_t dstStep;
   s32 dx, dy;
-  zvpSize size;
+  s32 width, height;  // not a zvpSize: copied at once it would wait for a caller who has just written both
   s32 roundControl;
 };
 
 ZVP_INLINE zvpStatus predictBicubic(const BlockPlace& b) {
   // No legal size leads past the table; what does is kept inside it.
-  const u32 slot = std::min(u32(b.size.width >> 4) + u32(b.size.height >> 4), 2u);
+  const u32 slot = std::min(u32(b.width >> 4) + u32(b.height >> 4), 2u);
   return zvpiBicubicInterpolate_table_0[slot](b.src, b.srcStep, b.dst, b.dstStep, b.roundControl,
                                               (u32(b.dx) & 3) * 4 + (u32(b.dy) & 3));
 }
@@ -120,19 +120,19 @@ ZVP_INLINE zvpStatus predictBilinear(const BlockPlace& b, const std::array<Bilin
 }  // namespace detail
 
 ZVP_INLINE zvpStatus predictBilinear(const BlockPlace& b) {
-  if (b.size.width == 16)
+  if (b.width == 16)
     return detail::predictBilinear(b, ownvc_zvpiInterpolate16x16QPBilinear_VC1_8u_C1R_0, ownvc_Copy16x16HP_8u_C1R_0);
-  else if (b.size.width != 8)
+  else if (b.width != 8)
     return detail::predictBilinear(b, ownvc_zvpiInterpolate4x4QPBilinear_VC1_8u_C1R_0, ownvc_Copy4x4HP_8u_C1R_0);
-  else if (b.size.height == 8)
+  else if (b.height == 8)
     return detail::predictBilinear(b, ownvc_zvpiInterpolate8x8QPBilinear_VC1_8u_C1R_0, ownvc_Copy8x8HP_8u_C1R_0);
   else
     return detail::predictBilinear(b, ownvc_zvpiInterpolate8x4QPBilinear_VC1_8u_C1R_0, ownvc_Copy8x4HP_8u_C1R_0);
 }
 ZVP_INLINE zvpStatus predictBilinearPairs(const BlockPlace& b) {
-  if (b.size.width != 8)
+  if (b.width != 8)
     return detail::predictBilinear(b, ownvc_zvpiInterpolate4x4QPBilinear_VC1_8u_C2R_0, ownvc_Copy4x4HP_8u_C2R_0);
-  else if (b.size.height == 8)
+  else if (b.height == 8)
     return detail::predictBilinear(b, ownvc_zvpiInterpolate8x8QPBilinear_VC1_8u_C2R_0, ownvc_Copy8x8HP_8u_C2R_0);
   else
     return detail::predictBilinear(b, ownvc_zvpiInterpolate8x4QPBilinear_VC1_8u_C2R_0, ownvc_Copy8x4HP_8u_C2R_0);
